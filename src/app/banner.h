@@ -1,0 +1,4 @@
+// The banner printed when the window program starts.
+#pragma once
+
+void PrintBanner();

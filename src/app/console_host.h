@@ -1,0 +1,44 @@
+// The console host: standard output receives every screen line, standard input
+// gives lines and keys. At the end of input every wait is answered with
+// Ctrl-C, so a script can never leave the program hanging.
+#pragma once
+
+#include "app/host.h"
+#include "screen/screen_store.h"
+
+#include <algorithm>
+#include <string>
+
+class ConsoleHost : public ShellHost, public ScreenObserver {
+public:
+    // Becomes the host and the screen's observer.
+    void Install();
+    // Reads and runs lines until the input ends or exit is typed; returns the
+    // exit code (ErrorLevel).
+    int RunInputLoop();
+    bool ExitRequested() const { return exitRequested_; }
+    // Writes out a line still being built and returns code.
+    int Finish(int code);
+
+    void PollBreak() override;
+    wchar_t ReadKey() override;
+    bool ReadLine(wchar_t* buffer, int size) override;
+    void RequestExit() override { exitRequested_ = true; }
+    bool Interactive() const override { return interactive_; }
+    void LineCompleted(int y) override;
+
+private:
+    bool FillPending();
+    bool ReadRawLine(std::string& line);
+    void Emit(const std::wstring& line);
+
+    void* input_ = nullptr;
+    void* output_ = nullptr;
+    bool interactive_ = false;
+    bool consoleOutput_ = false;
+    bool exitRequested_ = false;
+    bool inputEnded_ = false;
+    bool skipNextLine_ = false;
+    std::string pending_;
+    size_t pendingPos_ = 0;
+};

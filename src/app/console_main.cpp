@@ -1,0 +1,32 @@
+// ombc.exe: the console host. The same interpreter as the window program, with
+// no window: every finished screen line goes to standard output as UTF-8, and
+// keys and lines are read from standard input. With /C it exits with the
+// ErrorLevel of the command it ran.
+#include "app/console_host.h"
+#include "app/globals.h"
+#include "app/run_line.h"
+#include "app/startup_args.h"
+#include "app/toolkit/omdib.h"
+#include "input/editor.h"
+#include "lang/shell_command.h"
+
+int wmain()
+{
+    ConsoleHost host;
+    host.Install();
+    InitOsFlags();
+    LoadCharSplit();
+
+    StartupArgs args = ParseStartupArgs(SkipArgW(GetCommandLineW()));
+    if (!args.Directory.empty()) SetCurrentDirectoryW(args.Directory.c_str());
+    ApplyRedirectionChoice(args);
+
+    if (!args.Command.empty()) {
+        TheEditor.TypeLine(args.Command.c_str(), true);
+        RunTopLevelLine();
+        if (args.RunAndClose || host.ExitRequested()) return host.Finish(ErrorLevel);
+    } else {
+        ShowPrompt();
+    }
+    return host.Finish(host.RunInputLoop());
+}

@@ -1,0 +1,176 @@
+#include "app/main_window.h"
+
+#include "app/globals.h"
+#include "app/profile/profile.h"
+#include "app/run_line.h"
+#include "app/toolkit/omdib.h"
+#include "lang/shell_command.h"
+#include "screen/screen_store.h"
+
+#include <cwchar>
+
+int SystemMenuBase = 0;
+HBRUSH FaceBrush = nullptr;
+HBRUSH NullBrush = nullptr;
+
+namespace {
+
+constexpr UINT_PTR kTickTimer = 300;
+constexpr DWORD kMainStyle = 0x2CF0000;
+constexpr DWORD kFrameStyle = 0xEF0000;
+constexpr int kDialogExtra = 30;
+
+int CellWidth() { return ProfileReadInt(L"Ombrel", L"FontWidth", 8); }
+int CellHeight() { return ProfileReadInt(L"Ombrel", L"FontHeight", 12); }
+
+struct InstanceSearch {
+    int highest = 0;
+};
+
+BOOL CALLBACK NoteInstance(HWND window, LPARAM data)
+{
+    wchar_t className[32];
+    if (!GetClassNameW(window, className, 32) || std::wcscmp(className, L"Ombrel") != 0) return TRUE;
+    wchar_t title[128];
+    GetWindowTextW(window, title, 128);
+    const wchar_t* colon = std::wcschr(title, L':');
+    int number = colon ? int(wtoi64_ex(colon + 1)) : 1;
+    auto* search = reinterpret_cast<InstanceSearch*>(data);
+    if (number > search->highest) search->highest = number;
+    return TRUE;
+}
+
+void PaintScreen(HWND window)
+{
+    PAINTSTRUCT paint;
+    HDC dc = BeginPaint(window, &paint);
+    RECT client;
+    GetClientRect(window, &client);
+    FillRect(dc, &client, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    HFONT font = static_cast<HFONT>(GetStockObject(ANSI_FIXED_FONT));
+    HGDIOBJ old = SelectObject(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, RGB(192, 192, 192));
+    for (int y = 0; y < ScreenHeight; ++y) {
+        std::wstring row = TheScreen.RowText(y);
+        TextOutW(dc, 0, y * CellHeight(), row.c_str(), int(row.size()));
+    }
+    SelectObject(dc, old);
+    EndPaint(window, &paint);
+}
+
+} // namespace
+
+bool RegisterWindowClasses(HINSTANCE instance)
+{
+    WNDCLASSW main{};
+    main.style = CS_VREDRAW | CS_HREDRAW;
+    main.lpfnWndProc = MainWindowProc;
+    main.hInstance = instance;
+    main.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+    main.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
+    main.hbrBackground = static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
+    main.lpszClassName = L"Ombrel";
+    if (!RegisterClassW(&main)) return false;
+
+    WNDCLASSW dialog{};
+    dialog.style = CS_DBLCLKS;
+    dialog.lpfnWndProc = DefDlgProcW;
+    dialog.cbWndExtra = kDialogExtra;
+    dialog.hInstance = instance;
+    dialog.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(2));
+    dialog.hCursor = main.hCursor;
+    dialog.lpszClassName = L"OmbrelDialog";
+    RegisterClassW(&dialog);
+
+    WNDCLASSW shadow = dialog;
+    shadow.style = CS_DBLCLKS | CS_DROPSHADOW;
+    shadow.hIcon = nullptr;
+    shadow.lpszClassName = L"OmbrelShadowDialog";
+    if (!RegisterClassW(&shadow)) {
+        shadow.style = CS_DBLCLKS;
+        RegisterClassW(&shadow);
+    }
+    FaceBrush = GetSysColorBrush(COLOR_3DFACE);
+    NullBrush = static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
+    return true;
+}
+
+HWND CreateMainWindow(HINSTANCE instance)
+{
+    int x = ProfileReadInt(L"Ombrel", L"XOrigin", 40);
+    int y = ProfileReadInt(L"Ombrel", L"YOrigin", 40);
+    ScreenWidth = ProfileReadInt(L"Ombrel", L"ScreenWidth", 80);
+    ScreenHeight = ProfileReadInt(L"Ombrel", L"ScreenHeight", 24);
+    if (ScreenWidth < 60 || ScreenWidth > MaxWidth) ScreenWidth = 80 > MaxWidth ? MaxWidth : 80;
+    if (ScreenHeight < 5 || ScreenHeight > MaxHeight) ScreenHeight = 24 > MaxHeight ? MaxHeight : 24;
+
+    InstanceSearch search;
+    EnumWindows(NoteInstance, reinterpret_cast<LPARAM>(&search));
+    int n = search.highest;
+    if (n > 0) {
+        x += n * (GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CXFRAME) - 2 * GetSystemMetrics(SM_CXBORDER) + 1);
+        y += n * (GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CYFRAME) - 2 * GetSystemMetrics(SM_CYBORDER) + 1);
+    }
+    if (x < 0 || x > GetSystemMetrics(SM_CXFULLSCREEN)) x = 0;
+    if (y < 0 || y > GetSystemMetrics(SM_CYFULLSCREEN)) y = 0;
+
+    RECT frame{0, 0, GetSystemMetrics(SM_CXVSCROLL) + ScreenWidth * CellWidth(), ScreenHeight * CellHeight()};
+    AdjustWindowRect(&frame, kFrameStyle, FALSE);
+
+    wchar_t title[32] = L"Ombrel\u00AE";
+    if (n > 0) {
+        wchar_t number[16];
+        i64tow_ex(n + 1, number, 10);
+        lstrcatW(title, L":");
+        lstrcatW(title, number);
+    }
+    HWND window = CreateWindowExW(0, L"Ombrel", title, kMainStyle, x, y, frame.right - frame.left,
+                                  frame.bottom - frame.top, nullptr, nullptr, instance, nullptr);
+    if (!window) return nullptr;
+    HMENU systemMenu = GetSystemMenu(window, FALSE);
+    SystemMenuBase = GetMenuItemCount(systemMenu) + 1;
+    EnableMenuItem(systemMenu, 6, MF_BYPOSITION | MF_GRAYED);
+    return window;
+}
+
+void SaveSession()
+{
+    wchar_t title[64];
+    GetWindowTextW(MainWindow, title, 64);
+    if (!IsZoomed(MainWindow) && !IsIconic(MainWindow) && !std::wcschr(title, L':')) {
+        RECT place;
+        GetWindowRect(MainWindow, &place);
+        ProfileWriteInt(L"Ombrel", L"XOrigin", place.left);
+        ProfileWriteInt(L"Ombrel", L"YOrigin", place.top);
+        ProfileWriteInt(L"Ombrel", L"ScreenWidth", ScreenWidth);
+        ProfileWriteInt(L"Ombrel", L"ScreenHeight", ScreenHeight);
+    }
+    ProfileWriteInt(L"Ombrel", L"Line", TheShell.StatementCounter);
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_CLOSE:
+        // Closing while a command runs would pull the stack from under it.
+        if (CommandRunning) return 0;
+        SaveSession();
+        break;
+    case WM_DESTROY:
+        KillTimer(window, kTickTimer);
+        PostQuitMessage(0);
+        return 0;
+    case WM_ENDSESSION:
+        if (wParam) SaveSession();
+        return 0;
+    case WM_TIMER:
+        ++TickCount;
+        return 0;
+    case WM_PAINT:
+        PaintScreen(window);
+        return 0;
+    default: break;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}

@@ -1,0 +1,9 @@
+// The way of one top-level line: from the submitted-line buffer through the
+// interpreter and back to a fresh prompt.
+#pragma once
+
+// Runs the editor's submitted line with the Close item greyed and
+// CommandRunning set, then shows the prompt.
+void RunTopLevelLine();
+// The normal way back to the command line.
+void ShowPrompt();

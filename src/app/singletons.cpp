@@ -1,0 +1,15 @@
+// The global singletons, in the one order that works: the settings store
+// first, since every later constructor may read a setting, and the text
+// screen last. They are destroyed in reverse order at process end, and their
+// destructors free memory only; nothing is saved there.
+#include "app/errors.h"
+#include "app/profile/profile.h"
+#include "input/editor.h"
+#include "lang/shell_command.h"
+#include "screen/screen_store.h"
+
+ProfileStore TheProfile;
+ShellCommand TheShell;
+ErrorReporter TheErrors;
+CommandLineEditor TheEditor;
+ScreenStore TheScreen;

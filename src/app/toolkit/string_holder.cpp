@@ -1,0 +1,110 @@
+// Conversions between wide text, the active code page and UTF-8.
+#include "app/toolkit/omdib.h"
+
+#include <cstdlib>
+
+int ActiveCodePage = 1;
+
+UINT CodePageOf(int activeCodePage)
+{
+    switch (activeCodePage) {
+    case 0: return CP_ACP;
+    case 1: return CP_OEMCP;
+    case 2: return CP_MACCP;
+    default: return UINT(activeCodePage);
+    }
+}
+
+void StringHolder::Reset()
+{
+    std::free(narrow);
+    std::free(wide);
+    narrow = nullptr;
+    wide = nullptr;
+    converted = 0;
+    required = 0;
+}
+
+static char* Narrow(StringHolder& holder, const wchar_t* text, UINT codePage)
+{
+    std::free(holder.narrow);
+    holder.narrow = nullptr;
+    if (!text) return nullptr;
+    int size = WideCharToMultiByte(codePage, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    holder.required = size;
+    if (size <= 0) size = 1;
+    holder.narrow = static_cast<char*>(std::malloc(size_t(size)));
+    if (!holder.narrow) return nullptr;
+    int n = WideCharToMultiByte(codePage, 0, text, -1, holder.narrow, size, nullptr, nullptr);
+    holder.converted = n > 0 ? n : 0;
+    holder.narrow[n > 0 ? n - 1 : 0] = 0;
+    holder.narrow[size - 1] = 0;
+    return holder.narrow;
+}
+
+static wchar_t* Wide(StringHolder& holder, const char* text, UINT codePage, DWORD flags)
+{
+    std::free(holder.wide);
+    holder.wide = nullptr;
+    if (!text) return nullptr;
+    int size = MultiByteToWideChar(codePage, flags, text, -1, nullptr, 0);
+    holder.required = size;
+    if (size <= 0) size = 1;
+    holder.wide = static_cast<wchar_t*>(std::malloc(size_t(size) * sizeof(wchar_t)));
+    if (!holder.wide) return nullptr;
+    int n = MultiByteToWideChar(codePage, flags, text, -1, holder.wide, size);
+    holder.converted = n > 0 ? n : 0;
+    holder.wide[n > 0 ? n - 1 : 0] = 0;
+    holder.wide[size - 1] = 0;
+    return holder.wide;
+}
+
+char* ToNarrow(StringHolder& holder, const wchar_t* wideText)
+{
+    return Narrow(holder, wideText, CodePageOf(ActiveCodePage));
+}
+
+char* ToUtf8(StringHolder& holder, const wchar_t* wideText) { return Narrow(holder, wideText, CP_UTF8); }
+
+wchar_t* ToWide(StringHolder& holder, const char* narrowText)
+{
+    return Wide(holder, narrowText, CodePageOf(ActiveCodePage), MB_PRECOMPOSED);
+}
+
+wchar_t* FromUtf8(StringHolder& holder, const char* utf8Text) { return Wide(holder, utf8Text, CP_UTF8, 0); }
+
+wchar_t* CopyWide(StringHolder& holder, const wchar_t* wideText)
+{
+    std::free(holder.wide);
+    holder.wide = nullptr;
+    if (!wideText) return nullptr;
+    size_t n = size_t(lstrlenW(wideText)) + 1;
+    holder.wide = static_cast<wchar_t*>(std::malloc(n * sizeof(wchar_t)));
+    if (!holder.wide) return nullptr;
+    for (size_t i = 0; i < n; ++i) holder.wide[i] = wideText[i];
+    holder.converted = holder.required = int(n);
+    return holder.wide;
+}
+
+int ToNarrowInto(const wchar_t* wideText, char* buffer, int bufferSize)
+{
+    if (bufferSize <= 0) return 0;
+    int n = WideCharToMultiByte(CodePageOf(ActiveCodePage), 0, wideText, -1, buffer, bufferSize, nullptr, nullptr);
+    buffer[n > 0 ? n - 1 : 0] = 0;
+    buffer[bufferSize - 1] = 0;
+    return n > 0 ? n - 1 : 0;
+}
+
+int ToWideInto(const char* narrowText, wchar_t* buffer, int bufferSize)
+{
+    if (bufferSize <= 0) return 0;
+    int n = MultiByteToWideChar(CodePageOf(ActiveCodePage), MB_PRECOMPOSED, narrowText, -1, buffer, bufferSize);
+    buffer[n > 0 ? n - 1 : 0] = 0;
+    buffer[bufferSize - 1] = 0;
+    return n > 0 ? n - 1 : 0;
+}
+
+void SwapBytes(wchar_t* text, int count)
+{
+    for (int i = 0; i < count; ++i) text[i] = wchar_t(((text[i] & 0xFF) << 8) | ((text[i] >> 8) & 0xFF));
+}

@@ -1,0 +1,7 @@
+#include "input/editor.h"
+
+
+void CommandLineEditor::TypeLine(const wchar_t* text, bool submit)
+{
+    if (submit) CopyCutW(Submitted, text, kLineMax);
+}

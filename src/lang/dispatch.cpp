@@ -1,0 +1,144 @@
+#include "lang/dispatch.h"
+
+#include "app/errors.h"
+#include "app/help_link.h"
+#include "lang/builtins.h"
+#include "lang/command_args.h"
+#include "lang/shell_command.h"
+
+#include <algorithm>
+#include <cwchar>
+
+namespace {
+
+// Sorted by ordinal comparison of the names; a test keeps it so. A row with
+// no handler yet stands for a batch program command: outside a batch program
+// it already does what it must (message 91, or nothing at all); inside one it
+// falls through to program search until its handler exists.
+const CommandEntry kCommands[] = {
+    {L"callproc", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"cbadd", nullptr, NeedsBatch},
+    {L"cbdelete", nullptr, NeedsBatch},
+    {L"cbdir", nullptr, NeedsBatch},
+    {L"cbfind", nullptr, NeedsBatch},
+    {L"cbget", nullptr, NeedsBatch},
+    {L"cbinsert", nullptr, NeedsBatch},
+    {L"cbset", nullptr, NeedsBatch},
+    {L"cbtext", nullptr, NeedsBatch},
+    {L"check", nullptr, NeedsBatch},
+    {L"dlgbox", nullptr, NeedsBatch},
+    {L"dlgend", nullptr, NeedsBatch},
+    {L"dlgendall", nullptr, NeedsBatch},
+    {L"dlgitem", nullptr, NeedsBatch},
+    {L"dlgmenu", nullptr, NeedsBatch},
+    {L"dlgshow", nullptr, NeedsBatch},
+    {L"echo", CmdEcho, KeepsLevel},
+    {L"enable", nullptr, NeedsBatch},
+    {L"end", CmdEnd, KeepsLevel},
+    {L"endproc", nullptr, NeedsBatch | KeepsLevel},
+    {L"exit", CmdExit, 0},
+    {L"getfocus", nullptr, NeedsBatch},
+    {L"gettext", nullptr, NeedsBatch},
+    {L"gosub", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"goto", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"gray", nullptr, NeedsBatch},
+    {L"grey", nullptr, NeedsBatch},
+    {L"help", CmdHelp, 0},
+    {L"ischecked", nullptr, NeedsBatch},
+    {L"isenabled", nullptr, NeedsBatch},
+    {L"isgrayed", nullptr, NeedsBatch},
+    {L"isgreyed", nullptr, NeedsBatch},
+    {L"isticked", nullptr, NeedsBatch},
+    {L"lbadd", nullptr, NeedsBatch},
+    {L"lbdelete", nullptr, NeedsBatch},
+    {L"lbdir", nullptr, NeedsBatch},
+    {L"lbfind", nullptr, NeedsBatch},
+    {L"lbget", nullptr, NeedsBatch},
+    {L"lbinsert", nullptr, NeedsBatch},
+    {L"lbset", nullptr, NeedsBatch},
+    {L"lbtext", nullptr, NeedsBatch},
+    {L"proc", nullptr, NeedsBatch | KeepsLevel},
+    {L"radio", nullptr, NeedsBatch},
+    {L"rem", CmdRem, KeepsLevel},
+    {L"return", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"seed", CmdSeed, KeepsLevel},
+    {L"setfocus", nullptr, NeedsBatch},
+    {L"settext", nullptr, NeedsBatch},
+    {L"shift", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"stop", nullptr, IgnoredAtPrompt | KeepsLevel},
+    {L"tick", nullptr, NeedsBatch},
+    {L"timer", CmdTimer, 0},
+    {L"tips", CmdTips, 0},
+    {L"verify", CmdVerify, 0},
+};
+
+// What help and command completion offer. "modules" names no command and
+// "until" is never reached: both users walk only the first 147 names.
+const wchar_t* const kHelpNames[] = {
+    L"about",    L"acs",      L"attrib",   L"arch",     L"cd",       L"cdd",      L"chdir",    L"cls",
+    L"copy",     L"colour",   L"date",     L"delbut",   L"del",      L"dir",      L"stop",     L"dos",
+    L"dump",     L"erase",    L"exit",     L"which",    L"ext",      L"extension", L"go",      L"group",
+    L"help",     L"his",      L"history",  L"macro",    L"mem",      L"diskused", L"md",       L"mkdir",
+    L"page",     L"move",     L"path",     L"prompt",   L"ren",      L"rename",   L"rd",       L"diskfree",
+    L"rmdir",    L"tasks",    L"time",     L"tree",     L"type",     L"ver",      L"verify",   L"vol",
+    L"where",    L"disk",     L"set",      L"call",     L"echo",     L"for",      L"goto",     L"if",
+    L"pause",    L"rem",      L"shift",    L"ask",      L"box",      L"say",      L"locate",   L"calc",
+    L"upper",    L"lower",    L"strsize",  L"parse",    L"substr",   L"getkey",   L"beep",     L"describe",
+    L"label",    L"viewicon", L"replace",  L"find",     L"wallpaper", L"modules", L"tips",     L"play",
+    L"print",    L"dirs",     L"popd",     L"pushd",    L"scopy",    L"smove",    L"getstr",   L"sleep",
+    L"gosub",    L"end",      L"return",   L"sendkeys", L"date2ser", L"ser2date", L"getini",   L"setini",
+    L"strpad",   L"comma",    L"readln",   L"filesize", L"filedate", L"filetime", L"filetype", L"shell",
+    L"capture",  L"let",      L"data",     L"read",     L"setlocal", L"endlocal", L"getreg",   L"setreg",
+    L"findreg",  L"getnum",   L"trace",    L"editbox",  L"msgbox",   L"dispbox",  L"openbox",  L"savebox",
+    L"drag",     L"postmsg",  L"clip",     L"clipdisp", L"ddeexec",  L"ddepoke",  L"ddereq",   L"devices",
+    L"volume",   L"eject",    L"strfind",  L"strrfind", L"strtrim",  L"strrep",   L"strrev",   L"strsplit",
+    L"enumreg",  L"seed",     L"gethttp",  L"sendmail", L"strfold",  L"charnext", L"charprev", L"chcp",
+    L"timer",    L"while",    L"do",       L"until",
+};
+constexpr int kHelpNamesWalked = 147;
+
+bool Precedes(const CommandEntry& a, const CommandEntry& b) { return std::wcscmp(a.Name, b.Name) < 0; }
+
+bool InHelpList(const wchar_t* word)
+{
+    for (int i = 0; i < kHelpNamesWalked; ++i)
+        if (std::wcscmp(kHelpNames[i], word) == 0) return true;
+    return false;
+}
+
+} // namespace
+
+std::span<const CommandEntry> CommandTable() { return kCommands; }
+
+std::span<const wchar_t* const> HelpNames() { return kHelpNames; }
+
+const CommandEntry* FindCommand(const wchar_t* word)
+{
+    CommandEntry key{word, nullptr, 0};
+    auto it = std::lower_bound(std::begin(kCommands), std::end(kCommands), key, Precedes);
+    if (it == std::end(kCommands) || std::wcscmp(it->Name, word) != 0) return nullptr;
+    return &*it;
+}
+
+bool DispatchBuiltin(BatchProgram* batch, const wchar_t* word)
+{
+    if (std::wcscmp(CommandArgs.Switches, L"?") == 0 && CommandArgs.ArgCount == 0 && InHelpList(word)) {
+        HelpLink(HelpKeyword, word);
+        return true;
+    }
+    const CommandEntry* entry = FindCommand(word);
+    if (!entry) {
+        if (word[0] != L':') return false;
+        TheShell.KeepErrorLevel = 1; // a label does nothing
+        return true;
+    }
+    if (!batch && (entry->Flags & (NeedsBatch | IgnoredAtPrompt))) {
+        if (entry->Flags & NeedsBatch) ReportId(91);
+        else TheShell.KeepErrorLevel = 1;
+        return true;
+    }
+    if (!entry->Handler) return false;
+    entry->Handler();
+    if (entry->Flags & KeepsLevel) TheShell.KeepErrorLevel = 1;
+    return true;
+}

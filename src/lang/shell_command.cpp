@@ -1,0 +1,117 @@
+#include "lang/shell_command.h"
+
+#include "app/errors.h"
+#include "app/profile/profile.h"
+#include "app/toolkit/omdib.h"
+#include "exec/run_program.h"
+#include "lang/command_args.h"
+#include "lang/dispatch.h"
+#include "lang/splitter.h"
+#include "screen/screen_store.h"
+
+#include <cstring>
+#include <memory>
+
+int32_t ErrorLevel = 0;
+
+ShellCommand::ShellCommand() { StatementCounter = ProfileReadInt(L"Ombrel", L"Line", 0); }
+
+void SetCommandResult()
+{
+    if (TheErrors.ErrorFlag) ErrorLevel = 1;
+    else if (TheScreen.BreakFlag) ErrorLevel = 3;
+    else ErrorLevel = 0;
+}
+
+void ShellCommand::RunLine(const wchar_t* line)
+{
+    // The splitter lives on this frame: CommandArgs points into it while the
+    // statement runs, and statements may run lines of their own.
+    auto splitter = std::make_unique<StatementSplitter>();
+    if (!splitter->Start(line)) return;
+    // After an error the rest of the line still runs; only a stop (end, exit
+    // in a batch program) abandons it.
+    while (Terminate != 2 && splitter->Next(true)) ExecuteStatement(nullptr, L"");
+}
+
+void ShellCommand::RunCommandLine(const wchar_t* line)
+{
+    auto saved = std::make_unique<wchar_t[]>(kLineMax);
+    CopyCutW(saved.get(), CommandArgs.WholeLine, kLineMax);
+    int32_t echo = EchoOn;
+    EchoOn = 0;
+    Terminate = 0;
+    RunLine(line);
+    EchoOn = echo;
+    CommandArgs.Parse(saved.get());
+}
+
+void ShellCommand::ExecuteStatement(BatchProgram* batch, const wchar_t* source)
+{
+    const wchar_t* command = CommandArgs.Command;
+    if ((command[0] == L'(' || command[0] == L'{') && command[1] == 0) ExecuteGroup(batch, source);
+    else ExecuteSimple(batch, source);
+}
+
+void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)
+{
+    // The group ends at its last closing bracket of either kind; whatever
+    // stands behind it, redirections included, is dropped.
+    auto inside = std::make_unique<wchar_t[]>(kLineMax);
+    CopyCutW(inside.get(), CommandArgs.Tail, kLineMax);
+    for (int i = lstrlenW(inside.get()) - 1; i >= 0; --i)
+        if (inside[size_t(i)] == L')' || inside[size_t(i)] == L'}') {
+            inside[size_t(i)] = 0;
+            break;
+        }
+    auto splitter = std::make_unique<StatementSplitter>();
+    if (!splitter->Start(inside.get())) return;
+    while (Terminate == 0 && splitter->Next(true)) ExecuteStatement(batch, source);
+}
+
+void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source) { ExecutePipeline(batch, source); }
+
+void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
+{
+    TheErrors.ErrorFlag = 0;
+    RunOneCommand(batch, source);
+}
+
+void ShellCommand::ChangeDrive()
+{
+    wchar_t letter = ToUpperUnit(CommandArgs.Command[0]);
+    if (letter < L'A' || letter > L'Z') {
+        ReportId(5);
+        return;
+    }
+    SetDisk(letter - L'A');
+    if (GetDisk() != letter - L'A') ReportId(3);
+}
+
+void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
+{
+    wchar_t word[260];
+    CopyCutW(word, CommandArgs.Command, 260);
+    CharLowerW(word);
+
+    KeepErrorLevel = 0;
+    uint16_t colour = TheScreen.Attr;
+    TheScreen.BreakFlag = 0;
+    if (++StatementCounter > 256) StatementCounter = 0;
+    BatchProgram* outer = Batch;
+    Batch = batch;
+
+    if (!DispatchBuiltin(batch, word)) {
+        bool driveChange = word[0] && word[1] == L':' && word[2] == 0 && CommandArgs.ArgCount == 0 &&
+                           !CommandArgs.HasSwitches();
+        if (driveChange) ChangeDrive();
+        else if (word[0]) RunProgram(batch);
+        KeepErrorLevel = 1;
+    }
+
+    Batch = outer;
+    TheScreen.Attr = colour;
+    if (Terminate == 0 && TheScreen.BreakFlag) Terminate = 1;
+    if (!KeepErrorLevel) SetCommandResult();
+    TheScreen.BreakFlag = 0;
+}

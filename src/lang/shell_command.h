@@ -1,0 +1,46 @@
+// ShellCommand: the interpreter. One global instance runs everything typed,
+// clicked or read from batch files; requests from other programs run on a
+// temporary one. A line goes: split, expand, group or simple statement,
+// pipeline, one command, dispatch or program launch.
+#pragma once
+
+#include <cstdint>
+
+class BatchProgram;
+
+class ShellCommand {
+public:
+    ShellCommand();
+
+    // Counts executed stages, 0 to 256; shown by the prompt, saved at exit.
+    int32_t StatementCounter = 0;
+    // Non-zero: batch lines are echoed with the prompt before they run.
+    int32_t EchoOn = 1;
+    // 0 nothing pending; 1 a break is pending and the user is to be asked;
+    // 2 stop the running batch program and everything that called it.
+    int32_t Terminate = 0;
+    // Set by a handler that manages ErrorLevel itself; cleared every stage.
+    int32_t KeepErrorLevel = 0;
+    // The batch program whose statement is running, or null at the prompt.
+    BatchProgram* Batch = nullptr;
+
+    // Splits a line and runs each statement (with expansion) on no batch.
+    void RunLine(const wchar_t* line);
+    // Runs a line supplied by other code, keeping the current stage intact.
+    void RunCommandLine(const wchar_t* line);
+    // Runs the statement that CommandArgs describes.
+    void ExecuteStatement(BatchProgram* batch, const wchar_t* source);
+
+private:
+    void ExecuteGroup(BatchProgram* batch, const wchar_t* source);
+    void ExecuteSimple(BatchProgram* batch, const wchar_t* source);
+    void ExecutePipeline(BatchProgram* batch, const wchar_t* source);
+    void RunOneCommand(BatchProgram* batch, const wchar_t* source);
+    void ChangeDrive();
+};
+
+extern ShellCommand TheShell;
+extern int32_t ErrorLevel;
+
+// ErrorLevel from the flags: 1 after a report, 3 after a break, else 0.
+void SetCommandResult();

@@ -1,0 +1,47 @@
+#include "lang/splitter.h"
+
+#include "app/globals.h"
+#include "lang/command_args.h"
+#include "lang/expand.h"
+
+#include <cstring>
+
+const wchar_t* FindStatementEnd(const wchar_t* p)
+{
+    while (*p) {
+        wchar_t c = *p;
+        if (c == L'^') p += p[1] ? 2 : 1;
+        else if (c == L'"') p = SkipStrW(p + 1);
+        else if (c == L'(' || c == L'{') p = SkipGroupW(p);
+        else if (c == L'&' || c == CharSplit) return p;
+        else ++p;
+    }
+    return p;
+}
+
+bool StatementSplitter::Start(const wchar_t* line)
+{
+    CopyCutW(Rest, line, kLineMax);
+    Current[0] = 0;
+    pending_ = Rest[0] != 0;
+    return pending_;
+}
+
+bool StatementSplitter::Next(bool expand)
+{
+    if (!pending_) return false;
+    wchar_t* cut = const_cast<wchar_t*>(FindStatementEnd(Rest));
+    bool more = *cut != 0;
+    wchar_t statement[kLineMax];
+    int n = int(cut - Rest);
+    std::memcpy(statement, Rest, size_t(n) * sizeof(wchar_t));
+    statement[n] = 0;
+    if (more) std::memmove(Rest, cut + 1, (size_t(lstrlenW(cut + 1)) + 1) * sizeof(wchar_t));
+    else Rest[0] = 0;
+    pending_ = more;
+
+    if (expand) ExpandLine(statement, Current, kLineMax);
+    else CopyCutW(Current, statement, kLineMax);
+    CommandArgs.Parse(Current);
+    return true;
+}

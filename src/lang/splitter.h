@@ -1,0 +1,25 @@
+// StatementSplitter: cuts a line into statements at "&" and CharSplit,
+// stepping over "^"-escaped characters, quoted strings and bracket groups.
+// It must outlive the statement it hands out, because CommandArgs points
+// into its current-statement buffer.
+#pragma once
+
+#include "app/toolkit/omdib.h"
+
+class StatementSplitter {
+public:
+    // Takes a copy of the line; false when there is nothing to split.
+    bool Start(const wchar_t* line);
+    // Moves the next statement into Current (expanded when asked) and parses
+    // it into CommandArgs. False when no statement is left.
+    bool Next(bool expand);
+
+    wchar_t Rest[kLineMax] = {};
+    wchar_t Current[kLineMax] = {};
+
+private:
+    bool pending_ = false;
+};
+
+// Position of the first statement separator in text, or its terminator.
+const wchar_t* FindStatementEnd(const wchar_t* text);
