@@ -1,0 +1,21 @@
+// The expression evaluator behind calc, let and the expression conditions of
+// if, while, until and do: a precedence-climbing parser that computes as it
+// parses, over integers (64-bit), texts and reals.
+#pragma once
+
+#include <cstdint>
+
+struct ExprValue {
+    double Real = 0;          // valid when Type is 2
+    int64_t Integer = 0;      // valid when Type is 0
+    wchar_t Text[256] = {};   // valid when Type is 1
+    int32_t Type = 0;         // 0 integer, 1 text, 2 real
+};
+
+// Evaluates text into result. error receives the first error word (0 none);
+// returns 1 on success, 0 on failure.
+int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result);
+// Prints the numbered message that belongs to an error word.
+void ReportExpressionError(int error);
+// A number result as text: integers in decimal, reals in their shortest form.
+void FormatExprValue(const ExprValue& value, wchar_t* out, int size);
