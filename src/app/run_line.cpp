@@ -33,15 +33,25 @@ void ShowPrompt()
 {
     TheScreen.PollEnabled = 0;
     TheScreen.BreakFlag = 0;
-    if (Host->Interactive() || MainWindow) {
-        wchar_t directory[kPathMax];
-        DWORD n = GetCurrentDirectoryW(kPathMax, directory);
-        if (n == 0 || n >= kPathMax) directory[0] = 0;
-        TheScreen.WriteCells(directory);
-        TheScreen.WriteCells(L">");
-    }
+    if (Host->Interactive() || MainWindow) WritePrompt();
     TheScreen.EditX = TheScreen.CursorX;
     TheScreen.EditY = TheScreen.CursorY;
     TheScreen.PollEnabled = 1;
     if (MainWindow) DragAcceptFiles(MainWindow, TRUE);
+}
+
+void WritePrompt()
+{
+    wchar_t directory[kPathMax];
+    DWORD n = GetCurrentDirectoryW(kPathMax, directory);
+    if (n == 0 || n >= kPathMax) directory[0] = 0;
+    TheScreen.WriteCells(directory);
+    TheScreen.WriteCells(L">");
+}
+
+void EchoBatchLine(const wchar_t* text)
+{
+    WritePrompt();
+    TheScreen.Write(text);
+    TheScreen.NewLine();
 }

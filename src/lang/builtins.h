@@ -2,12 +2,25 @@
 // stage from CommandArgs and reports failures through the error reporter.
 #pragma once
 
+void CmdCall();
+void CmdCallproc();
+void CmdData();
 void CmdEcho();
 void CmdEnd();
+void CmdEndlocal();
+void CmdEndproc();
 void CmdExit();
+void CmdGosub();
+void CmdGoto();
 void CmdHelp();
+void CmdProc();
+void CmdRead();
 void CmdRem();
+void CmdReturn();
 void CmdSeed();
+void CmdSetlocal();
+void CmdShift();
+void CmdStop();
 void CmdTimer();
 void CmdTips();
 void CmdVerify();

@@ -30,11 +30,11 @@ void CmdTimer()
     }
     DWORD elapsed = GetTickCount() - started;
     running = false;
-    UseItem(Item::HighText);
+    UseItem(Item::Text);
     TheScreen.Write(L"Ticks elapsed is ");
     UseItem(Item::Number);
     TheScreen.WriteUInt64(elapsed);
-    UseItem(Item::HighText);
+    UseItem(Item::Text);
     TheScreen.Write(L" milliseconds");
     TheScreen.NewLine();
 }

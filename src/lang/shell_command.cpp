@@ -4,6 +4,7 @@
 #include "app/profile/profile.h"
 #include "app/toolkit/omdib.h"
 #include "exec/run_program.h"
+#include "lang/batch_program.h"
 #include "lang/command_args.h"
 #include "lang/dispatch.h"
 #include "lang/splitter.h"
@@ -66,7 +67,9 @@ void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)
         }
     auto splitter = std::make_unique<StatementSplitter>();
     if (!splitter->Start(inside.get())) return;
-    while (Terminate == 0 && splitter->Next(true)) ExecuteStatement(batch, source);
+    // A goto leaves the group at once; so does any pending stop or break.
+    auto stopped = [&] { return Terminate != 0 || (batch && batch->Jumped); };
+    while (!stopped() && splitter->Next(true)) ExecuteStatement(batch, source);
 }
 
 void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source) { ExecutePipeline(batch, source); }
@@ -88,6 +91,23 @@ void ShellCommand::ChangeDrive()
     if (GetDisk() != letter - L'A') ReportId(3);
 }
 
+void ShellCommand::RunBatchOrProgram(BatchProgram* batch)
+{
+    std::wstring path = RunProgram(batch, true);
+    if (path.empty()) return;
+    // Started without call, the new program replaces its caller for good.
+    if (batch) batch->MarkFinished();
+    RunBatchFile(path.c_str());
+}
+
+void ShellCommand::RunBatchFile(const wchar_t* path)
+{
+    uint16_t colour = TheScreen.Attr;
+    auto program = std::make_unique<BatchProgram>(path);
+    TheScreen.Attr = colour;
+    program->Run();
+}
+
 void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
 {
     wchar_t word[260];
@@ -105,7 +125,7 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
         bool driveChange = word[0] && word[1] == L':' && word[2] == 0 && CommandArgs.ArgCount == 0 &&
                            !CommandArgs.HasSwitches();
         if (driveChange) ChangeDrive();
-        else if (word[0]) RunProgram(batch);
+        else if (word[0]) RunBatchOrProgram(batch);
         KeepErrorLevel = 1;
     }
 

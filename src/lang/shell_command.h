@@ -4,6 +4,8 @@
 // pipeline, one command, dispatch or program launch.
 #pragma once
 
+#include "lang/data_list.h"
+
 #include <cstdint>
 
 class BatchProgram;
@@ -21,6 +23,8 @@ public:
     int32_t Terminate = 0;
     // Set by a handler that manages ErrorLevel itself; cleared every stage.
     int32_t KeepErrorLevel = 0;
+    // The data/read list used when no batch program runs.
+    DataList TopData;
     // The batch program whose statement is running, or null at the prompt.
     BatchProgram* Batch = nullptr;
 
@@ -30,6 +34,8 @@ public:
     void RunCommandLine(const wchar_t* line);
     // Runs the statement that CommandArgs describes.
     void ExecuteStatement(BatchProgram* batch, const wchar_t* source);
+    // Loads and runs a batch program with the parameters in CommandArgs.
+    void RunBatchFile(const wchar_t* path);
 
 private:
     void ExecuteGroup(BatchProgram* batch, const wchar_t* source);
@@ -37,6 +43,7 @@ private:
     void ExecutePipeline(BatchProgram* batch, const wchar_t* source);
     void RunOneCommand(BatchProgram* batch, const wchar_t* source);
     void ChangeDrive();
+    void RunBatchOrProgram(BatchProgram* batch);
 };
 
 extern ShellCommand TheShell;
