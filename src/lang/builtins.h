@@ -13,6 +13,7 @@ void CmdExit();
 void CmdGosub();
 void CmdGoto();
 void CmdHelp();
+void CmdIf();
 void CmdProc();
 void CmdRead();
 void CmdRem();

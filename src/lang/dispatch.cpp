@@ -47,6 +47,7 @@ const CommandEntry kCommands[] = {
     {L"gray", nullptr, NeedsBatch},
     {L"grey", nullptr, NeedsBatch},
     {L"help", CmdHelp, 0},
+    {L"if", CmdIf, 0},
     {L"ischecked", nullptr, NeedsBatch},
     {L"isenabled", nullptr, NeedsBatch},
     {L"isgrayed", nullptr, NeedsBatch},

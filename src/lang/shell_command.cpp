@@ -116,6 +116,8 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
 
     KeepErrorLevel = 0;
     uint16_t colour = TheScreen.Attr;
+    uint16_t outerStageAttr = StageAttr;
+    StageAttr = colour;
     TheScreen.BreakFlag = 0;
     if (++StatementCounter > 256) StatementCounter = 0;
     BatchProgram* outer = Batch;
@@ -130,6 +132,7 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
     }
 
     Batch = outer;
+    StageAttr = outerStageAttr;
     TheScreen.Attr = colour;
     if (Terminate == 0 && TheScreen.BreakFlag) Terminate = 1;
     if (!KeepErrorLevel) SetCommandResult();
