@@ -19,15 +19,27 @@ std::wstring ProfilePath(const wchar_t* file)
     return std::wstring(directory) + L"\\" + file;
 }
 
+// The platform writes a new profile in the ANSI code page, which loses every
+// character outside it; a file that starts with the UTF-16 byte-order mark
+// it keeps in UTF-16. So a new store is begun as an empty UTF-16 file.
+bool CreateUnicodeFile(const std::wstring& path)
+{
+    UniqueFile file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return GetLastError() == ERROR_FILE_EXISTS;
+    static const BYTE mark[2] = {0xFF, 0xFE};
+    DWORD written = 0;
+    return WriteFile(file.get(), mark, sizeof mark, &written, nullptr) && written == sizeof mark;
+}
+
 // The platform rewrites the whole file, and some of its implementations
 // report success on a file they could not write while keeping the change in
 // their cache. So the file is tried first: read-only, locked or refused means
 // no write at all, with the reason in GetLastError.
-bool MayWrite(const wchar_t* file)
+bool MayWrite(const wchar_t* file, bool adding)
 {
     std::wstring path = ProfilePath(file);
     DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) return true; // a new file: the platform's own call decides
+    if (attributes == INVALID_FILE_ATTRIBUTES) return !adding || CreateUnicodeFile(path);
     if (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) {
         SetLastError(ERROR_ACCESS_DENIED);
         return false;
@@ -56,7 +68,7 @@ int ReadInt(const wchar_t* file, const wchar_t* section, const wchar_t* key, int
 bool WriteString(const wchar_t* file, const wchar_t* section, const wchar_t* key, const wchar_t* text)
 {
     bool flush = !section && !key && !text;
-    if (!flush && !MayWrite(file)) return false;
+    if (!flush && !MayWrite(file, text != nullptr)) return false;
     return WritePrivateProfileStringW(section, key, text, file) != FALSE;
 }
 
