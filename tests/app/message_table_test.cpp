@@ -2,6 +2,7 @@
 // exactly as written below, typos included, and an error message prints
 // exactly its text. The texts here are typed out on their own, so a slip in
 // the string table shows as a difference.
+#include "app/banner.h"
 #include "app/errors.h"
 #include "screen/screen_store.h"
 
@@ -350,6 +351,28 @@ TEST(MessageTable, EachErrorMessagePrintsExactlyItsText)
     }
     TheScreen.BreakFlag = 0;
     TheErrors.ErrorFlag = 0;
+}
+
+// The banner prints a tip as the table breaks it: "Tip: " before the first
+// line, a line end for each line feed.
+TEST(MessageTable, EachTipPrintsInTheLinesOfTheTable)
+{
+    for (const Message& message : kMessages) {
+        if (message.Id < 600) continue;
+        TheScreen.ClearScreen();
+        TheScreen.BreakFlag = 0;
+        PrintTip(message.Id);
+        std::wstring text = std::wstring(L"Tip: ") + message.Text;
+        int row = 0;
+        for (size_t start = 0, end; (end = text.find(L'\n', start)) != std::wstring::npos; start = end + 1, ++row) {
+            std::wstring line = text.substr(start, end - start);
+            if (!line.empty() && line.back() == L'\r') line.pop_back();
+            line.resize(line.find_last_not_of(L' ') + 1);
+            EXPECT_EQ(TheScreen.RowText(row), line) << "tip " << message.Id << " row " << row;
+        }
+        EXPECT_EQ(TheScreen.CursorY, row) << "tip " << message.Id;
+        EXPECT_EQ(TheScreen.CursorX, 0) << "tip " << message.Id;
+    }
 }
 
 } // namespace
