@@ -4,6 +4,7 @@
 #include "app/profile/profile.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
+#include "store_scope.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -19,12 +20,11 @@ uint8_t ForegroundAt(int x, int y) { return uint8_t(TheScreen.CellAt(x, y).Attr 
 // The banner into a cleared screen, with the setting Tips as given.
 void PrintWithTips(const TempFolder& folder, int tips)
 {
-    TheProfile.SelectStore((L"INI=" + (folder / L"banner.ini")).c_str());
+    StoreScope store(L"INI=" + (folder / L"banner.ini"));
     ProfileWriteInt(L"Ombrel", L"Tips", tips);
     TheScreen.ClearScreen();
     TheScreen.BreakFlag = 0;
     PrintBanner();
-    TheProfile.SelectStore(L"");
 }
 
 // A count with thousands separators and its unit.

@@ -2,6 +2,7 @@
 // line ends or repeat their keys; values longer than the reader's buffer;
 // stores that cannot be written.
 #include "app/profile/profile.h"
+#include "store_scope.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -10,14 +11,6 @@
 #include <vector>
 
 namespace {
-
-class StoreScope {
-public:
-    explicit StoreScope(const std::wstring& argument) { TheProfile.SelectStore(argument.c_str()); }
-    ~StoreScope() { TheProfile.SelectStore(L""); }
-    StoreScope(const StoreScope&) = delete;
-    StoreScope& operator=(const StoreScope&) = delete;
-};
 
 // A reader's buffer with marked units behind it, to see any overrun.
 class GuardedBuffer {

@@ -3,6 +3,7 @@
 // defaults that a missing key gives.
 #include "app/profile/profile.h"
 #include "app/profile/settings_table.h"
+#include "store_scope.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -15,15 +16,6 @@
 namespace {
 
 const std::wstring kMappingKey = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\IniFileMapping\\";
-
-// Selects a store for one test, and the process's own store again afterwards.
-class StoreScope {
-public:
-    explicit StoreScope(const std::wstring& argument) { TheProfile.SelectStore(argument.c_str()); }
-    ~StoreScope() { TheProfile.SelectStore(L""); }
-    StoreScope(const StoreScope&) = delete;
-    StoreScope& operator=(const StoreScope&) = delete;
-};
 
 // A name no other test uses, so registry keys never meet.
 std::wstring UniqueName(const wchar_t* what)
