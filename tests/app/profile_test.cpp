@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <shlobj.h>
+
 #include <climits>
 #include <set>
 #include <string>
@@ -226,6 +228,28 @@ TEST(Profile, MissingKeysGiveTheDefaults)
     TheProfile.SelectStore((L"INI=" + (folder / L"empty.ini")).c_str());
     EXPECT_EQ(MaxScroll, 999);
     EXPECT_EQ(SettingInt(L"Ombrel", L"Tips"), 0);
+
+    // Limits typed in by hand that would give no screen, or an absurd one.
+    ProfileWriteInt(L"Ombrel", L"MaxWidth", 0);
+    ProfileWriteString(L"Ombrel", L"MaxHeight", L"-5");
+    ProfileWriteString(L"Ombrel", L"MaxScroll", L"99999999999");
+    TheProfile.SelectStore((L"INI=" + (folder / L"empty.ini")).c_str());
+    EXPECT_EQ(MaxWidth, 80);
+    EXPECT_EQ(MaxHeight, 24);
+    EXPECT_EQ(MaxScroll, 32767);
+    ProfileWriteInt(L"Ombrel", L"MaxHeight", 500);
+    ProfileWriteInt(L"Ombrel", L"MaxScroll", 100);
+    TheProfile.SelectStore((L"INI=" + (folder / L"empty.ini")).c_str());
+    EXPECT_EQ(MaxScroll, 500); // never fewer lines than the screen can show
+}
+
+TEST(Profile, ProgramFoldersAreTheShellsOwn)
+{
+    wchar_t programs[MAX_PATH], common[MAX_PATH];
+    ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_PROGRAMS, nullptr, 0, programs), S_OK);
+    ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_COMMON_PROGRAMS, nullptr, 0, common), S_OK);
+    EXPECT_STREQ(TheProfile.ProgramsDir, programs);
+    EXPECT_STREQ(TheProfile.CommonProgramsDir, common);
 }
 
 } // namespace

@@ -40,6 +40,12 @@ void FillSpecialFolder(int folder, wchar_t* path)
     CoTaskMemFree(list);
 }
 
+int ReadLimit(const wchar_t* key, int low, int high)
+{
+    int value = SettingInt(L"Ombrel", key);
+    return value < low ? low : value > high ? high : value;
+}
+
 } // namespace
 
 ProfileStore::ProfileStore()
@@ -86,9 +92,17 @@ void ProfileStore::SelectStore(const wchar_t* arguments)
         FindMappedRoot(kDefaultName, kDefaultRoot, RegistryRoot);
     }
 
-    MaxWidth = SettingInt(L"Ombrel", L"MaxWidth");
-    MaxHeight = SettingInt(L"Ombrel", L"MaxHeight");
-    MaxScroll = SettingInt(L"Ombrel", L"MaxScroll");
+    ReadLimits();
+}
+
+// The limits are typed into the store by hand, and the text screen allocates
+// by them before anything can be reported: a value that would give no screen
+// or an absurd one is held to the nearest usable size.
+void ProfileStore::ReadLimits()
+{
+    MaxWidth = ReadLimit(L"MaxWidth", 80, 1000);
+    MaxHeight = ReadLimit(L"MaxHeight", 24, 1000);
+    MaxScroll = ReadLimit(L"MaxScroll", MaxHeight, 32767);
 }
 
 int ProfileReadString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer,

@@ -27,6 +27,7 @@ public:
 
 private:
     void FindProgramFolders();
+    void ReadLimits();
 };
 
 extern ProfileStore TheProfile;
