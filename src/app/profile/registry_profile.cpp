@@ -4,6 +4,7 @@
 #include "app/toolkit/omdib.h"
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,8 @@ bool ReadStoredValue(HKEY key, const wchar_t* name, std::wstring& value)
     }
     if (type != REG_SZ && type != REG_EXPAND_SZ) return false;
     value.assign(reinterpret_cast<const wchar_t*>(data.data()), bytes / sizeof(wchar_t));
-    value.resize(wcsnlen(value.c_str(), value.size()));
+    size_t end = value.find(L'\0');
+    if (end != std::wstring::npos) value.resize(end);
     return true;
 }
 
