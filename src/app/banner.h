@@ -1,4 +1,15 @@
-// The banner printed when the window program starts.
+// The banner the window program prints before its first prompt: title,
+// rights line, five lines about the system, and a tip while setting Tips is on.
 #pragma once
 
+#include <cstdint>
+
 void PrintBanner();
+
+// "Tip: " and tip number id of the string table, broken into lines as the
+// table holds it.
+void PrintTip(int id);
+
+// Colours the display can show; a display with more than 24 bits per pixel
+// still shows 16,777,216, its other bits carrying no colour.
+uint64_t NumDisplayColors();

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "app/toolkit/omdib.h"
+#include "app/toolkit/platform_text.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
@@ -11,6 +12,7 @@ void ErrorReporter::ReportText(const wchar_t* message)
 {
     ErrorFlag = 1;
     CopyCutW(text, message, 128);
+    if (!ScreenUp) return;
     if (ReportMuted == 0) {
         // Raw line feeds only: a report may come from any depth, and must not
         // pump messages or stop at a full page.
@@ -30,9 +32,11 @@ void ErrorReporter::ReportId(int id)
     ReportText(message);
 }
 
-void ErrorReporter::ReportErrno()
+namespace {
+
+// The run-time library's text for a platform error code.
+const wchar_t* RuntimeErrorText(DWORD platformCode)
 {
-    // Platform errors map onto the run-time library's error texts.
     static const wchar_t* const texts[] = {L"Error 0",
                                            L"Invalid function number",
                                            L"No such file or directory",
@@ -82,9 +86,8 @@ void ErrorReporter::ReportErrno()
                                            L"Is a directory",
                                            L"",
                                            L"Filename too long"};
-    DWORD code = GetLastError() & 0xFFFF;
     int number;
-    switch (code) {
+    switch (platformCode & 0xFFFF) {
     case 0: number = 0; break;
     case 2: case 3: case 18: case 53: number = 2; break;
     case 4: number = 4; break;
@@ -100,5 +103,15 @@ void ErrorReporter::ReportErrno()
     case 206: number = 48; break;
     default: number = 19; break; // includes codes past the table, which count as code 1
     }
-    ReportText(texts[number]);
+    return texts[number];
+}
+
+} // namespace
+
+void ErrorReporter::ReportErrno() { ReportText(RuntimeErrorText(GetLastError())); }
+
+void ErrorReporter::ReportPlatformError(DWORD code)
+{
+    std::wstring message = PlatformErrorText(code);
+    ReportText(message.empty() ? RuntimeErrorText(code) : message.c_str());
 }

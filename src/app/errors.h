@@ -3,18 +3,25 @@
 // after it stop by itself, exactly as Ctrl-C would.
 #pragma once
 
+#include <windows.h>
+
 class ErrorReporter {
 public:
     // Set by every report; cleared by statement execution before each statement.
     int ErrorFlag = 0;
     // The last message, cut to 127 units.
     wchar_t text[128] = {};
+    // 1 once the text screen exists. A report made before (the history loader
+    // may run out of memory that early) is stored and flagged only.
+    int ScreenUp = 0;
 
     void ReportText(const wchar_t* message);
     // A message of the string table by number; a missing number does nothing.
     void ReportId(int id);
     // The last platform error as its run-time error text.
     void ReportErrno();
+    // A failing platform call, in the platform's own words for its code.
+    void ReportPlatformError(DWORD code);
     const wchar_t* ErrorText() const { return text; }
 };
 

@@ -13,3 +13,6 @@ ShellCommand TheShell;
 ErrorReporter TheErrors;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
+// Definitions in one file are built in order, so this runs right after the
+// screen: from here on a report may print.
+static const int ScreenReady = (TheErrors.ScreenUp = 1);

@@ -112,9 +112,12 @@ void CmdTips()
         return;
     }
     const wchar_t* word = CommandArgs.Args[0];
-    if (lstrcmpiW(word, L"on") == 0) ProfileWriteInt(L"Ombrel", L"Tips", 1);
-    else if (lstrcmpiW(word, L"off") == 0) ProfileWriteInt(L"Ombrel", L"Tips", 0);
-    else ReportId(9);
+    int on = lstrcmpiW(word, L"on") == 0;
+    if (!on && lstrcmpiW(word, L"off") != 0) {
+        ReportId(9);
+        return;
+    }
+    if (!ProfileWriteInt(L"Ombrel", L"Tips", on)) TheErrors.ReportPlatformError(GetLastError());
 }
 
 void CmdHelp()

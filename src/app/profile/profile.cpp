@@ -1,69 +1,145 @@
 #include "app/profile/profile.h"
 
+#include "app/profile/private_profile.h"
+#include "app/profile/registry_mapping.h"
+#include "app/profile/registry_profile.h"
+#include "app/profile/settings_table.h"
 #include "app/toolkit/omdib.h"
 
-#include <string>
+#include <shlobj.h>
+
+#include <memory>
+#include <new>
 
 int MaxWidth = 220;
 int MaxHeight = 120;
 int MaxScroll = 2500;
 
+namespace {
+
+const wchar_t kDefaultName[] = L"OMB_REL.INI";
+const wchar_t kDefaultRoot[] = L"Software\\Ombrel";
+
+bool UsesRegistry() { return TheProfile.RegistryRoot[0] != 0; }
+
+// Shell folder lookups by name, and only when SHELL32 is already loaded: the
+// store is built before anything else and must not load libraries itself.
+void FillSpecialFolder(int folder, wchar_t* path)
+{
+    HMODULE shell = GetModuleHandleW(L"shell32.dll");
+    if (!shell) return;
+    using LocationFn = HRESULT(WINAPI*)(HWND, int, LPITEMIDLIST*);
+    using PathFn = BOOL(WINAPI*)(LPCITEMIDLIST, LPWSTR);
+    auto location = reinterpret_cast<LocationFn>(
+        reinterpret_cast<void*>(GetProcAddress(shell, "SHGetSpecialFolderLocation")));
+    auto toPath = reinterpret_cast<PathFn>(reinterpret_cast<void*>(GetProcAddress(shell, "SHGetPathFromIDListW")));
+    if (!location || !toPath) return;
+    LPITEMIDLIST list = nullptr;
+    if (FAILED(location(nullptr, folder, &list)) || !list) return;
+    if (!toPath(list, path)) path[0] = 0;
+    CoTaskMemFree(list);
+}
+
+int ReadLimit(const wchar_t* key, int low, int high)
+{
+    int value = SettingInt(L"Ombrel", key);
+    return value < low ? low : value > high ? high : value;
+}
+
+} // namespace
+
 ProfileStore::ProfileStore()
 {
     ProgramsDir[0] = 0;
     CommonProgramsDir[0] = 0;
+    FindProgramFolders();
     SelectStore(SkipArgW(GetCommandLineW()));
 }
 
-static bool StartsWithI(const wchar_t* text, const wchar_t* prefix)
+void ProfileStore::FindProgramFolders()
 {
-    for (; *prefix; ++prefix, ++text)
-        if (ToUpperUnit(*text) != *prefix) return false;
-    return true;
+    DWORD version = GetVersion();
+    bool ntFamily = (version & 0x80000000u) == 0;
+    int major = int(LOBYTE(LOWORD(version)));
+    // Win32s and NT before 4 have no shell folders.
+    if (major < 4) return;
+    FillSpecialFolder(CSIDL_PROGRAMS, ProgramsDir);
+    if (ntFamily) FillSpecialFolder(CSIDL_COMMON_PROGRAMS, CommonProgramsDir);
 }
 
 void ProfileStore::SelectStore(const wchar_t* arguments)
 {
-    lstrcpyW(IniFileName, L"OMB_REL.INI");
+    CopyCutW(IniFileName, kDefaultName, kPathMax);
+    RegistryRoot[0] = 0;
+    // The target of the usual mapping #USR:Software\Ombrel always exists.
+    CreateUserKey(kDefaultRoot);
+    PrivateProfile::WriteString(kDefaultName, nullptr, nullptr, nullptr);
+
+    // The settings argument is the first one, plain or quoted as a whole
+    // ("USE=My Settings.ini").
     wchar_t copy[kLineMax];
     CopyCutW(copy, SkipWhiteW(arguments), kLineMax);
     wchar_t* word = copy;
     if (*word == L'"') word = ConvertStrW(word);
     else *SkipAlphaW(word) = 0;
-    if (StartsWithI(word, L"USE=") || StartsWithI(word, L"INI=")) CopyCutW(IniFileName, word + 4, 260);
+    bool named = lstrlenW(word) > 4; // a prefix with no name behind it leaves the default
+    if (named && HasPrefixI(word, L"USE=")) {
+        CopyCutW(IniFileName, word + 4, kPathMax);
+        MapStoreToRegistry(IniFileName, RegistryRoot);
+    } else if (named && HasPrefixI(word, L"INI=")) {
+        CopyCutW(IniFileName, word + 4, kPathMax);
+    } else {
+        FindMappedRoot(kDefaultName, kDefaultRoot, RegistryRoot);
+    }
 
-    MaxWidth = ProfileReadInt(L"Ombrel", L"MaxWidth", 220);
-    MaxHeight = ProfileReadInt(L"Ombrel", L"MaxHeight", 120);
-    MaxScroll = ProfileReadInt(L"Ombrel", L"MaxScroll", 2500);
+    ReadLimits();
+}
+
+// The limits are typed into the store by hand, and the text screen allocates
+// by them before anything can be reported: a value that would give no screen
+// or an absurd one is held to the nearest usable size.
+void ProfileStore::ReadLimits()
+{
+    MaxWidth = ReadLimit(L"MaxWidth", 80, 1000);
+    MaxHeight = ReadLimit(L"MaxHeight", 24, 1000);
+    MaxScroll = ReadLimit(L"MaxScroll", MaxHeight, 32767);
 }
 
 int ProfileReadString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer,
                       int size)
 {
-    return int(GetPrivateProfileStringW(section, key, defaultText, buffer, DWORD(size), TheProfile.IniFileName));
+    if (UsesRegistry())
+        return RegistryProfile::ReadString(TheProfile.RegistryRoot, section, key, defaultText, buffer, size);
+    return PrivateProfile::ReadString(TheProfile.IniFileName, section, key, defaultText, buffer, size);
 }
 
 int ProfileReadInt(const wchar_t* section, const wchar_t* key, int defaultValue)
 {
-    return int(GetPrivateProfileIntW(section, key, defaultValue, TheProfile.IniFileName));
+    if (UsesRegistry()) return RegistryProfile::ReadInt(TheProfile.RegistryRoot, section, key, defaultValue);
+    return PrivateProfile::ReadInt(TheProfile.IniFileName, section, key, defaultValue);
 }
 
-void ProfileWriteString(const wchar_t* section, const wchar_t* key, const wchar_t* text)
+bool ProfileWriteString(const wchar_t* section, const wchar_t* key, const wchar_t* text)
 {
-    WritePrivateProfileStringW(section, key, text, TheProfile.IniFileName);
+    if (UsesRegistry()) return RegistryProfile::WriteString(TheProfile.RegistryRoot, section, key, text);
+    return PrivateProfile::WriteString(TheProfile.IniFileName, section, key, text);
 }
 
-void ProfileWriteInt(const wchar_t* section, const wchar_t* key, int value)
+bool ProfileWriteInt(const wchar_t* section, const wchar_t* key, int value)
 {
     wchar_t text[24];
     i64tow_ex(value, text, 10);
-    ProfileWriteString(section, key, text);
+    return ProfileWriteString(section, key, text);
 }
 
 int ProfileWriteQuoted(const wchar_t* section, const wchar_t* key, const wchar_t* text)
 {
-    std::wstring quoted = L"\"";
-    quoted += text;
-    quoted += L"\"";
-    return WritePrivateProfileStringW(section, key, quoted.c_str(), TheProfile.IniFileName);
+    int length = lstrlenW(text);
+    std::unique_ptr<wchar_t[]> quoted(new (std::nothrow) wchar_t[size_t(length) + 10]);
+    if (!quoted) return 0;
+    quoted[0] = L'"';
+    lstrcpyW(quoted.get() + 1, text);
+    quoted[length + 1] = L'"';
+    quoted[length + 2] = 0;
+    return ProfileWriteString(section, key, quoted.get()) ? 1 : 0;
 }

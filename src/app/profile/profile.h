@@ -1,6 +1,7 @@
-// The settings store: one named profile with sections and keys, reached only
-// through the platform's private-profile calls. Whether the name is a real
-// INI file or a registry view made by IniFileMapping is invisible here.
+// The settings store: one named profile with sections and keys. The name
+// (OMB_REL.INI unless the command line starts with USE= or INI=) is either a
+// real INI file, served by the platform's private-profile calls, or a view of
+// a per-user registry key, which the store reads and writes directly.
 //
 // Every setting is written at the moment it changes; nothing is saved at exit
 // except what SaveSession writes.
@@ -16,10 +17,17 @@ public:
     wchar_t IniFileName[260];
     wchar_t ProgramsDir[260];
     wchar_t CommonProgramsDir[260];
+    // Key under HKEY_CURRENT_USER that holds the store when it is a registry
+    // view; empty when IniFileName is served by the platform's profile calls.
+    wchar_t RegistryRoot[260];
 
     // Re-reads the settings argument from the given text (the process command
     // line without the program name); used by the constructor and by tests.
     void SelectStore(const wchar_t* arguments);
+
+private:
+    void FindProgramFolders();
+    void ReadLimits();
 };
 
 extern ProfileStore TheProfile;
@@ -29,9 +37,16 @@ extern int MaxWidth;
 extern int MaxHeight;
 extern int MaxScroll;
 
+// A null key lists the section's keys (a null section the sections), as
+// zero-terminated names with an extra terminator. Returns the units read.
 int ProfileReadString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer,
                       int size);
 int ProfileReadInt(const wchar_t* section, const wchar_t* key, int defaultValue);
-void ProfileWriteString(const wchar_t* section, const wchar_t* key, const wchar_t* text);
-void ProfileWriteInt(const wchar_t* section, const wchar_t* key, int value);
+// A null text deletes the key, a null key the section, all three null flush.
+// False when the store refused: the platform's reason is in GetLastError, and
+// the store is as it was.
+bool ProfileWriteString(const wchar_t* section, const wchar_t* key, const wchar_t* text);
+bool ProfileWriteInt(const wchar_t* section, const wchar_t* key, int value);
+// Encloses the text in double quotes, so blanks at its ends and quotes in it
+// survive the reader. Returns the write's result; 0 when out of memory.
 int ProfileWriteQuoted(const wchar_t* section, const wchar_t* key, const wchar_t* text);
