@@ -1,30 +1,55 @@
-// Interim evaluator: whole decimal numbers only, until the full grammar lands.
+// The evaluator's entry points: evaluating a whole text, turning an error
+// word into its message, and writing a number result as text.
 #include "lang/expr.h"
 
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
+#include "lang/expr_internal.h"
+
+#include <charconv>
 
 int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 {
-    const wchar_t* end;
+    ExprCursor cursor;
+    cursor.Start = text;
+    cursor.Position = text;
     result = ExprValue{};
-    result.Integer = lstrtoi64W(text, &end, 10);
-    if (*SkipWhiteW(end) || end == text) {
-        error = 3;
-        return 0;
-    }
-    error = 0;
-    return 1;
+    int ok = ParseExpression(cursor, -1, result);
+    if (ok && cursor.Token != TokEnd) ok = Fail(cursor, ExprSyntax);
+    if (ok && result.Type == ExprText) ok = Fail(cursor, ExprTextResult);
+    error = cursor.Error;
+    return ok;
 }
 
 void ReportExpressionError(int error)
 {
-    if (error) ReportId(32);
+    switch (error) {
+    case ExprOk: return;
+    case ExprOutOfRange: ReportId(49); return;
+    case ExprMissingBracket: ReportId(38); return;
+    case ExprDivideByZero: ReportId(37); return;
+    case ExprWrongType: ReportId(36); return;
+    case ExprTextResult: ReportId(50); return;
+    case ExprUnknownFunction: ReportId(16); return;
+    case ExprArgumentCount: ReportId(17); return;
+    case ExprMathFailure: ReportId(18); return;
+    default: ReportId(32); return;
+    }
 }
 
+// Reals get 19 significant digits without trailing zeros, and a whole real
+// no point: 1.5, 3, 1.414213562373095145, 1e+20.
 void FormatExprValue(const ExprValue& value, wchar_t* out, int size)
 {
     wchar_t number[40];
-    i64tow_ex(value.Integer, number, 10);
+    if (value.Type == ExprReal) {
+        char digits[40];
+        auto written = std::to_chars(digits, digits + sizeof digits, value.Real, std::chars_format::general, 19);
+        int length = int(written.ptr - digits);
+        for (int i = 0; i < length; ++i) number[i] = wchar_t(digits[i]);
+        number[length] = 0;
+    } else {
+        i64tow_ex(value.Integer, number, 10);
+    }
     CopyCutW(out, number, size);
 }
