@@ -7,10 +7,12 @@ namespace {
 // Every recursion of the evaluator (brackets, unary operators, function
 // arguments, tighter operators on the right) passes through
 // ParseExpression, and each level holds a value of some 540 bytes on the
-// stack. A fixed limit on the nesting keeps a hostile line such as ten
-// thousand "(" from running out of stack: it fails with "Out of range"
-// instead. No expression a person writes comes near it.
-constexpr int kMaxDepth = 100;
+// stack, with another for a function's second argument. A fixed limit on the
+// nesting keeps a hostile line such as ten thousand "(" from running out of
+// stack: it fails with "Out of range" instead, at a few hundred kilobytes.
+// No expression a person writes comes near it: a bracket costs one level,
+// an operand in brackets behind an operator two.
+constexpr int kMaxDepth = 200;
 
 // Counts one level of ParseExpression for as long as it runs.
 class DepthGuard {

@@ -1,0 +1,43 @@
+// Running the evaluator in-process the way calc does: the value as calc
+// shows it, or the message it reports, read back from the screen.
+#pragma once
+
+#include "app/errors.h"
+#include "lang/expr.h"
+#include "screen/screen_store.h"
+
+#include <string>
+
+// The formatted result of text, or the message of its failure.
+inline std::wstring Evaluated(const std::wstring& text)
+{
+    ExprValue value;
+    int error = -1;
+    int ok = EvaluateExpression(error, text.c_str(), value);
+    if (ok) {
+        wchar_t number[64];
+        FormatExprValue(value, number, 64);
+        return error == ExprOk ? std::wstring(number) : L"success with error word set";
+    }
+    TheScreen.ClearScreen();
+    TheScreen.Locate(0, 0);
+    TheScreen.BreakFlag = 0;
+    ReportExpressionError(error);
+    std::wstring message = TheScreen.RowText(0);
+    TheScreen.BreakFlag = 0;
+    TheErrors.ErrorFlag = 0;
+    return message;
+}
+
+// The type of a successful result, or -1 on failure.
+inline int EvaluatedType(const std::wstring& text)
+{
+    ExprValue value;
+    int error;
+    return EvaluateExpression(error, text.c_str(), value) ? value.Type : -1;
+}
+
+struct ExprCase {
+    const wchar_t* Text;
+    const wchar_t* Expected;
+};
