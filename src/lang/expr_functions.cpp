@@ -72,8 +72,9 @@ const MathFunction kFunctions[] = {
 
 const MathFunction* FindFunction(const std::wstring& name)
 {
+    int length = int(name.size());
     for (const MathFunction& function : kFunctions)
-        if (lstrcmpiW(function.Name, name.c_str()) == 0) return &function;
+        if (CompareStringOrdinal(function.Name, -1, name.c_str(), length, TRUE) == CSTR_EQUAL) return &function;
     return nullptr;
 }
 

@@ -8,11 +8,6 @@
 
 namespace {
 
-void ExpectAll(std::initializer_list<ExprCase> cases)
-{
-    for (const ExprCase& c : cases) EXPECT_EQ(Evaluated(c.Text), c.Expected) << "expression: " << c.Text;
-}
-
 TEST(ExprOperators, PrecedenceAndGrouping)
 {
     ExpectAll({

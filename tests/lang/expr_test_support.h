@@ -6,6 +6,9 @@
 #include "lang/expr.h"
 #include "screen/screen_store.h"
 
+#include <gtest/gtest.h>
+
+#include <initializer_list>
 #include <string>
 
 // The formatted result of text, or the message of its failure.
@@ -41,3 +44,8 @@ struct ExprCase {
     const wchar_t* Text;
     const wchar_t* Expected;
 };
+
+inline void ExpectAll(std::initializer_list<ExprCase> cases)
+{
+    for (const ExprCase& c : cases) EXPECT_EQ(Evaluated(c.Text), c.Expected) << "expression: " << c.Text;
+}
