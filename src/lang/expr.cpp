@@ -11,7 +11,6 @@
 int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 {
     ExprCursor cursor;
-    cursor.Start = text;
     cursor.Position = text;
     result = ExprValue{};
     int ok = ParseExpression(cursor, -1, result);

@@ -48,8 +48,10 @@ enum ExprToken : int {
 // The precedence of a unary operator's operand: above every binary operator.
 constexpr int kUnaryPrecedence = 12;
 
+// Units of a text value, its terminator included.
+constexpr int kExprTextSize = int(sizeof(ExprValue::Text) / sizeof(wchar_t));
+
 struct ExprCursor {
-    const wchar_t* Start = nullptr;
     const wchar_t* Position = nullptr;
     int Token = TokEnd; // the last token read
     int Error = ExprOk;

@@ -73,9 +73,7 @@ template <class T> bool Compares(int token, T left, T right)
 
 void FormatAsText(ExprValue& value)
 {
-    wchar_t number[sizeof value.Text / sizeof value.Text[0]];
-    FormatExprValue(value, number, int(sizeof number / sizeof number[0]));
-    std::wcscpy(value.Text, number);
+    FormatExprValue(value, value.Text, kExprTextSize);
     value.Type = ExprText;
 }
 

@@ -103,7 +103,6 @@ void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
 {
     value = ExprValue{};
     value.Type = ExprText;
-    constexpr int kKept = int(sizeof value.Text / sizeof value.Text[0]) - 1;
     int kept = 0;
     for (++p; *p; ++p) {
         if (*p == L'"') {
@@ -113,7 +112,7 @@ void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
             }
             ++p;
         }
-        if (kept < kKept) value.Text[kept++] = *p;
+        if (kept < kExprTextSize - 1) value.Text[kept++] = *p;
     }
     value.Text[kept] = 0;
     cursor.Position = p;
@@ -130,7 +129,7 @@ void ConvertVariable(const std::wstring& text, ExprValue& value)
         if (!*end) return;
     }
     value.Type = ExprText;
-    CopyCutW(value.Text, text.c_str(), int(sizeof value.Text / sizeof value.Text[0]));
+    CopyCutW(value.Text, text.c_str(), kExprTextSize);
 }
 
 // name [ "(" arguments ")" ]: letters, digits, "_" and "."; with a "(" behind

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
 namespace {
 
 std::wstring Repeated(const std::wstring& piece, int count)
@@ -97,6 +95,38 @@ TEST(ExprErrors, HostileInputEndsInAMessage)
     EXPECT_EQ(Evaluated(Repeated(L"a", 4000) + L"(1)"), L"Unknown math function");
     EXPECT_EQ(Evaluated(Repeated(L"a", 4000)), L"Evaluates to a non-number");
     EXPECT_EQ(Evaluated(L"\"never closed"), L"Evaluates to a non-number");
+}
+
+struct DeepCase {
+    std::wstring Text;
+    std::wstring Answer;
+};
+
+DWORD WINAPI EvaluateDeepCase(void* parameter)
+{
+    auto* deep = static_cast<DeepCase*>(parameter);
+    deep->Answer = Evaluated(deep->Text);
+    return 0;
+}
+
+// On a thread with a quarter of a megabyte of stack, ten thousand levels of
+// every kind of nesting end in the message: the depth limit, not the length
+// of the input, bounds the stack the evaluator takes.
+TEST(ExprErrors, DeepNestingFitsInASmallStack)
+{
+    const wchar_t* openers[] = {L"(", L"-", L"sin(", L"pow(1,", L"1+(", L"1*-(", L"int(!"};
+    for (const wchar_t* opener : openers) {
+        DeepCase deep{Repeated(opener, 10000) + L"1", L""};
+        HANDLE thread = CreateThread(nullptr, 256 * 1024, EvaluateDeepCase, &deep,
+                                     STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+        ASSERT_NE(thread, nullptr);
+        WaitForSingleObject(thread, INFINITE);
+        DWORD exitCode = 1;
+        GetExitCodeThread(thread, &exitCode);
+        CloseHandle(thread);
+        EXPECT_EQ(exitCode, 0u) << "nesting of " << opener;
+        EXPECT_EQ(deep.Answer, L"Out of range") << "nesting of " << opener;
+    }
 }
 
 TEST(ExprErrors, EveryErrorWordHasItsMessage)

@@ -51,6 +51,7 @@ TEST(ExprFunctions, ExactValuesPrintAsWholeNumbers)
         {L"acos(-1)", L"3.141592653589793116"},   // 19 significant digits
         {L"SIN(0)+Pow(2,3)", L"8"},              // names are case-blind
         {L"sqr(sqr(16))", L"2"},
+        {L"sin (0)", L"0"},                      // blanks may stand before "("
         {L"pow(1+1, 2*2)", L"16"},
     });
     // Integer arguments are converted where a real is wanted.

@@ -1,16 +1,15 @@
 // A million random and mutated expressions through the evaluator, in
 // process: none may crash, and every answer must be well formed. The seed is
 // fixed, so a failure can be repeated.
-#include "lang/expr.h"
+#include "expr_test_support.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cwchar>
+#include <iterator>
 #include <random>
 #include <string>
-#include <vector>
-#include <windows.h>
 
 namespace {
 
@@ -130,11 +129,7 @@ void CheckAnswer(const std::wstring& text, bool repeat, int* succeeded)
 
 TEST(ExprFuzz, AMillionExpressionsNeverCrash)
 {
-    SetEnvironmentVariableW(L"n", L"0x10");
-    SetEnvironmentVariableW(L"t", L"1.5");
-    SetEnvironmentVariableW(L"w", L"word");
-    SetEnvironmentVariableW(L"m", L"-5");
-    SetEnvironmentVariableW(L"arr.2", L"7");
+    SetSampleVariables();
     constexpr int kInputs = 1000000;
     Fuzzer fuzzer(20261121);
     int succeeded = 0;

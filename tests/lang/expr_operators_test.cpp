@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
 namespace {
 
 TEST(ExprOperators, PrecedenceAndGrouping)
@@ -220,11 +218,7 @@ TEST(ExprOperators, NumberFormats)
 
 TEST(ExprOperators, VariablesAreReadFromTheEnvironment)
 {
-    SetEnvironmentVariableW(L"n", L"0x10");
-    SetEnvironmentVariableW(L"m", L"-5");
-    SetEnvironmentVariableW(L"t", L"1.5");
-    SetEnvironmentVariableW(L"w", L"word");
-    SetEnvironmentVariableW(L"arr.2", L"7");
+    SetSampleVariables();
     SetEnvironmentVariableW(L"sin", L"3");
     SetEnvironmentVariableW(L"undefined_here", nullptr);
     ExpectAll({

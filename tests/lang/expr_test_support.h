@@ -10,6 +10,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <windows.h>
 
 // The formatted result of text, or the message of its failure.
 inline std::wstring Evaluated(const std::wstring& text)
@@ -48,4 +49,15 @@ struct ExprCase {
 inline void ExpectAll(std::initializer_list<ExprCase> cases)
 {
     for (const ExprCase& c : cases) EXPECT_EQ(Evaluated(c.Text), c.Expected) << "expression: " << c.Text;
+}
+
+// Variables that the expression tests read: a hexadecimal integer, a real
+// (which a variable holds as text), a word, a negative number, an element.
+inline void SetSampleVariables()
+{
+    SetEnvironmentVariableW(L"n", L"0x10");
+    SetEnvironmentVariableW(L"t", L"1.5");
+    SetEnvironmentVariableW(L"w", L"word");
+    SetEnvironmentVariableW(L"m", L"-5");
+    SetEnvironmentVariableW(L"arr.2", L"7");
 }
