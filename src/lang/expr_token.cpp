@@ -75,10 +75,10 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     const wchar_t* integerEnd;
     int64_t integer = lstrtoi64W(p, &integerEnd, 0);
     bool integerRead = integerEnd != p;
-    value = ExprValue{};
-    value.Integer = integer;
     if (integerRead && !IntegerOverflowed(p, integerEnd, integer) && !ContinuesAsReal(*integerEnd)) {
         *isNumber = true;
+        value = ExprValue{};
+        value.Integer = integer;
         cursor.Position = integerEnd;
         return 1;
     }
@@ -91,7 +91,9 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     ClearMathError();
     double real = std::wcstod(digits.c_str(), nullptr);
     if (MathErrorAfter(real)) return Fail(cursor, ExprSyntax);
-    value.Real = real; // the integer field keeps what the integer reading left
+    value = ExprValue{};
+    value.Real = real;
+    value.Integer = integer; // what the integer reading left: && and || test it
     value.Type = ExprReal;
     cursor.Position = realEnd;
     return 1;
