@@ -22,18 +22,12 @@ int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 
 void ReportExpressionError(int error)
 {
-    switch (error) {
-    case ExprOk: return;
-    case ExprOutOfRange: ReportId(49); return;
-    case ExprMissingBracket: ReportId(38); return;
-    case ExprDivideByZero: ReportId(37); return;
-    case ExprWrongType: ReportId(36); return;
-    case ExprTextResult: ReportId(50); return;
-    case ExprUnknownFunction: ReportId(16); return;
-    case ExprArgumentCount: ReportId(17); return;
-    case ExprMathFailure: ReportId(18); return;
-    default: ReportId(32); return;
-    }
+    // Message numbers indexed by error word; any other word is a syntax error.
+    constexpr int kMessages[] = {0, 49, 38, 32, 37, 36, 50, 16, 17, 18};
+    constexpr int kSyntaxMessage = 32;
+    if (error == ExprOk) return;
+    bool known = error > 0 && error < int(sizeof kMessages / sizeof kMessages[0]);
+    ReportId(known ? kMessages[error] : kSyntaxMessage);
 }
 
 // Reals get 19 significant digits without trailing zeros, and a whole real

@@ -145,6 +145,7 @@ TEST(ExprErrors, EveryErrorWordHasItsMessage)
         {ExprUnknownFunction, L"Unknown math function"},
         {ExprArgumentCount, L"Invalid number of parameters for math function"},
         {ExprMathFailure, L"Floating point error"},
+        {42, L"Syntax Error"}, // a word of no meaning is a syntax error
     };
     for (const WordCase& c : cases) {
         TheScreen.ClearScreen();
