@@ -63,7 +63,7 @@ const wchar_t* ScanDecimalReal(const wchar_t* p)
 
 // Where an integer reading stops in front of one of these, the text goes on
 // as a real (or, for 8 and 9 behind a leading 0, as a decimal).
-bool ContinuesAsReal(wchar_t c) { return c && std::wcschr(L".eE89", c); }
+bool ContinuesAsReal(wchar_t c) { return c && std::wcschr(L".eE89", c) != nullptr; }
 
 // An integer in C notation (0x hexadecimal, a leading 0 octal), or a real
 // where the integer reading overflows, reads nothing, or stops where a real

@@ -51,7 +51,7 @@ private:
     // the same seed must give the same inputs on every build.
     uint32_t Below(uint32_t limit) { return uint32_t(random_() % limit); }
 
-    const wchar_t* Fragment() { return kFragments[Below(std::size(kFragments))]; }
+    const wchar_t* Fragment() { return kFragments[Below(uint32_t(std::size(kFragments)))]; }
 
     std::wstring Fragments()
     {
@@ -62,7 +62,7 @@ private:
 
     std::wstring Mutated()
     {
-        std::wstring text = kCorpus[Below(std::size(kCorpus))];
+        std::wstring text = kCorpus[Below(uint32_t(std::size(kCorpus)))];
         for (uint32_t count = 1 + Below(4); count > 0; --count) {
             size_t at = Below(uint32_t(text.size() + 1));
             switch (Below(5)) {
@@ -72,7 +72,7 @@ private:
                 if (at < text.size()) text[at] = wchar_t(0x20 + Below(0x5f));
                 break;
             case 3: text.insert(at, text.substr(Below(uint32_t(text.size() + 1)), Below(8))); break;
-            default: text.insert(at, kCorpus[Below(std::size(kCorpus))]); break;
+            default: text.insert(at, kCorpus[Below(uint32_t(std::size(kCorpus)))]); break;
             }
         }
         return text;
