@@ -2,6 +2,7 @@
 // stage from CommandArgs and reports failures through the error reporter.
 #pragma once
 
+void CmdCalc();
 void CmdCall();
 void CmdCallproc();
 void CmdData();

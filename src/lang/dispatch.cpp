@@ -16,6 +16,7 @@ namespace {
 // it already does what it must (message 91, or nothing at all); inside one it
 // falls through to program search until its handler exists.
 const CommandEntry kCommands[] = {
+    {L"calc", CmdCalc, KeepsLevel},
     {L"call", CmdCall, KeepsLevel},
     {L"callproc", CmdCallproc, IgnoredAtPrompt | KeepsLevel},
     {L"cbadd", nullptr, NeedsBatch},

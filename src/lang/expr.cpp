@@ -1,30 +1,48 @@
-// Interim evaluator: whole decimal numbers only, until the full grammar lands.
+// The evaluator's entry points: evaluating a whole text, turning an error
+// word into its message, and writing a number result as text.
 #include "lang/expr.h"
 
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
+#include "lang/expr_internal.h"
+
+#include <charconv>
 
 int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 {
-    const wchar_t* end;
+    ExprCursor cursor;
+    cursor.Position = text;
     result = ExprValue{};
-    result.Integer = lstrtoi64W(text, &end, 10);
-    if (*SkipWhiteW(end) || end == text) {
-        error = 3;
-        return 0;
-    }
-    error = 0;
-    return 1;
+    int ok = ParseExpression(cursor, -1, result);
+    if (ok && cursor.Token != TokEnd) ok = Fail(cursor, ExprSyntax);
+    if (ok && result.Type == ExprText) ok = Fail(cursor, ExprTextResult);
+    error = cursor.Error;
+    return ok;
 }
 
 void ReportExpressionError(int error)
 {
-    if (error) ReportId(32);
+    // Message numbers indexed by error word; any other word is a syntax error.
+    constexpr int kMessages[] = {0, 49, 38, 32, 37, 36, 50, 16, 17, 18};
+    constexpr int kSyntaxMessage = 32;
+    if (error == ExprOk) return;
+    bool known = error > 0 && error < int(sizeof kMessages / sizeof kMessages[0]);
+    ReportId(known ? kMessages[error] : kSyntaxMessage);
 }
 
+// Reals get 19 significant digits without trailing zeros, and a whole real
+// no point: 1.5, 3, 1.414213562373095145, 1e+20.
 void FormatExprValue(const ExprValue& value, wchar_t* out, int size)
 {
     wchar_t number[40];
-    i64tow_ex(value.Integer, number, 10);
+    if (value.Type == ExprReal) {
+        char digits[40];
+        auto written = std::to_chars(digits, digits + sizeof digits, value.Real, std::chars_format::general, 19);
+        int length = int(written.ptr - digits);
+        for (int i = 0; i < length; ++i) number[i] = wchar_t(digits[i]);
+        number[length] = 0;
+    } else {
+        i64tow_ex(value.Integer, number, 10);
+    }
     CopyCutW(out, number, size);
 }

@@ -12,6 +12,28 @@ struct ExprValue {
     int32_t Type = 0;         // 0 integer, 1 text, 2 real
 };
 
+// The values of ExprValue::Type.
+enum ExprType : int32_t {
+    ExprInteger = 0,
+    ExprText = 1,
+    ExprReal = 2,
+};
+
+// The error words of the evaluator; ReportExpressionError turns them into
+// messages.
+enum ExprError : int {
+    ExprOk = 0,
+    ExprOutOfRange = 1,
+    ExprMissingBracket = 2,
+    ExprSyntax = 3,
+    ExprDivideByZero = 4,
+    ExprWrongType = 5,
+    ExprTextResult = 6,
+    ExprUnknownFunction = 7,
+    ExprArgumentCount = 8,
+    ExprMathFailure = 9,
+};
+
 // Evaluates text into result. error receives the first error word (0 none);
 // returns 1 on success, 0 on failure.
 int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result);
