@@ -7,3 +7,5 @@
 void RunTopLevelLine();
 // The normal way back to the command line.
 void ShowPrompt();
+// The same for the next line of an unfinished group: "More? ".
+void ShowMorePrompt();

@@ -6,6 +6,7 @@ void CmdEcho();
 void CmdEnd();
 void CmdExit();
 void CmdHelp();
+void CmdPrompt();
 void CmdRem();
 void CmdSeed();
 void CmdTimer();

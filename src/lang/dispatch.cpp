@@ -58,6 +58,7 @@ const CommandEntry kCommands[] = {
     {L"lbset", nullptr, NeedsBatch},
     {L"lbtext", nullptr, NeedsBatch},
     {L"proc", nullptr, NeedsBatch | KeepsLevel},
+    {L"prompt", CmdPrompt, 0},
     {L"radio", nullptr, NeedsBatch},
     {L"rem", CmdRem, KeepsLevel},
     {L"return", nullptr, IgnoredAtPrompt | KeepsLevel},
