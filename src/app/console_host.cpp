@@ -171,7 +171,8 @@ bool ConsoleHost::NextUnit(InputWait wait, wchar_t& unit)
         }
     }
     unit = typed_[typedPos_++];
-    if (unit == L'\r') EndTypedLine();
+    // A key wait shows its own line end (ReadKeyEcho); a line has none.
+    if (unit == L'\r' && wait == InputWait::Line) EndTypedLine();
     return true;
 }
 
