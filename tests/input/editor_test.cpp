@@ -159,6 +159,23 @@ TEST_F(EditorTest, GroupOverSeveralLinesAsksMoreAndRunsOnce)
     EXPECT_STREQ(TheEditor.Submitted, L"echo x & (echo y)");
 }
 
+TEST_F(EditorTest, GroupTooLongForItsBufferIsDroppedWhole)
+{
+    wchar_t message[128];
+    LoadStringW(GetModuleHandleW(nullptr), 59, message, 128);
+    TheEditor.TypeLine((L"(echo " + std::wstring(3000, L'a')).c_str(), false);
+    EXPECT_EQ(EnterAndRun(), 0);
+    TheEditor.TypeLine((L"echo " + std::wstring(1100, L'b') + L")").c_str(), false);
+    EXPECT_EQ(EnterAndRun(), 0);
+    EXPECT_EQ(GroupBuffer[0], 0);
+    EXPECT_EQ(Row(TheScreen.CursorY - 2), message);
+    EXPECT_EQ(Row(TheScreen.CursorY), L">");
+    // The next line starts afresh.
+    Type(L"echo ok");
+    EXPECT_EQ(EnterAndRun(), 1);
+    EXPECT_EQ(Row(TheScreen.CursorY - 1), L"ok");
+}
+
 TEST_F(EditorTest, LineTakes4095UnitsAndWrapsWithTheCaret)
 {
     TheEditor.TypeLine(std::wstring(4100, L'x').c_str(), false);
