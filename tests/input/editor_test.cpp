@@ -195,6 +195,14 @@ TEST_F(EditorTest, LineTakes4095UnitsAndWrapsWithTheCaret)
     Key(VK_HOME);
     Type(L"z");
     EXPECT_EQ(TheEditor.Line[0], L'x');
+
+    // At the start the caret's cell is above the screen: the caret is hidden
+    // once, and shown again when it comes back.
+    EXPECT_EQ(CaretHidden, 1);
+    EXPECT_EQ(host.CaretShows - host.CaretHides, 0);
+    Key(VK_END);
+    EXPECT_EQ(CaretHidden, 0);
+    EXPECT_EQ(host.CaretShows - host.CaretHides, 1);
 }
 
 TEST_F(EditorTest, CtrlCMidLineKeepsTheTextAndStartsAfresh)

@@ -66,6 +66,7 @@ protected:
         TheUnixMode.Unix = 0;
         TheUnixMode.Display = 0;
         GroupBuffer[0] = 0;
+        CaretHidden = 0;
         TheEditor.InsertMode = 1;
         TheEditor.EndOfInput = 0;
         TheEditor.Input.Close();
