@@ -35,7 +35,6 @@ int CommandLineEditor::EditorKey(int virtualKey, unsigned modifiers)
         Links->FunctionKey(virtualKey);
         return 0;
     }
-    if (virtualKey != VK_TAB && virtualKey != VK_CONTROL) Cycling = 0;
     return HandleKey(virtualKey, modifiers, false);
 }
 
@@ -56,6 +55,8 @@ int CommandLineEditor::HandleKey(int virtualKey, unsigned modifiers, bool readin
         return 0;
     }
     if (virtualKey != VK_CONTROL && virtualKey != VK_SHIFT && virtualKey != VK_INSERT) Links->ClearSelection();
+    // A completion goes on only while TAB follows TAB.
+    if (!reading && virtualKey != VK_TAB && virtualKey != VK_CONTROL) Cycling = 0;
     int length = Length();
     switch (virtualKey) {
     case VK_PRIOR: Links->MoveView(ctrl ? ViewMove::LineUp : ViewMove::PageUp); break;
