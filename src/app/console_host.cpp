@@ -1,5 +1,6 @@
 #include "app/console_host.h"
 
+#include "app/event_pump.h"
 #include "app/globals.h"
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
@@ -106,77 +107,91 @@ bool ConsoleHost::ReadRawLine(std::string& line)
     return true;
 }
 
-bool ConsoleHost::ReadLine(wchar_t* buffer, int size)
+bool ConsoleHost::ReadConsoleLine(std::wstring& line)
 {
-    if (size <= 0) return false;
-    buffer[0] = 0;
-    if (interactive_) {
-        // The console echoes what is typed: show the prompt row now, and keep
-        // the store from writing it out a second time.
-        if (TheScreen.CursorX > 0) {
-            std::wstring row = TheScreen.RowText(TheScreen.CursorY);
-            DWORD written;
-            WriteConsoleW(output_, row.c_str(), DWORD(row.size()), &written, nullptr);
-        }
-        std::wstring line(size_t(kLineMax), L'\0');
-        DWORD got = 0;
-        if (!ReadConsoleW(input_, line.data(), DWORD(kLineMax - 1), &got, nullptr) || got == 0) return false;
-        line.resize(got);
-        while (!line.empty() && (line.back() == L'\n' || line.back() == L'\r')) line.pop_back();
-        CopyCutW(buffer, line.c_str(), size);
-        if (TheScreen.CursorX > 0) {
-            skipNextLine_ = true;
-            TheScreen.LineFeed();
-        }
-        return true;
+    // The console echoes what is typed: show the prompt row now, and keep the
+    // store from writing it out a second time.
+    if (TheScreen.CursorX > 0) {
+        std::wstring row = TheScreen.RowText(TheScreen.CursorY);
+        DWORD written;
+        WriteConsoleW(output_, row.c_str(), DWORD(row.size()), &written, nullptr);
     }
-    std::string raw;
-    if (!ReadRawLine(raw)) return false;
-    StringHolder holder;
-    const wchar_t* wide = FromUtf8(holder, raw.c_str());
-    CopyCutW(buffer, wide ? wide : L"", size);
+    line.assign(size_t(kLineMax), L'\0');
+    DWORD got = 0;
+    if (!ReadConsoleW(input_, line.data(), DWORD(kLineMax - 1), &got, nullptr) || got == 0) return false;
+    line.resize(got);
+    while (!line.empty() && (line.back() == L'\n' || line.back() == L'\r')) line.pop_back();
     return true;
 }
 
-wchar_t ConsoleHost::ReadKey()
+bool ConsoleHost::ReadConsoleKey(wchar_t& unit)
 {
-    if (interactive_) {
-        DWORD mode = 0;
-        GetConsoleMode(input_, &mode);
-        SetConsoleMode(input_, mode & ~DWORD(ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT));
-        wchar_t unit = 0;
-        DWORD got = 0;
-        BOOL ok = ReadConsoleW(input_, &unit, 1, &got, nullptr);
-        SetConsoleMode(input_, mode);
-        return (ok && got == 1) ? unit : 3;
-    }
-    // A line end of any form is one Enter.
-    if (pendingPos_ >= pending_.size() && !FillPending()) return 3;
-    unsigned char lead = static_cast<unsigned char>(pending_[pendingPos_]);
-    if (lead == '\r' || lead == '\n') {
-        ++pendingPos_;
-        if (lead == '\r') {
-            if (pendingPos_ >= pending_.size()) FillPending();
-            if (pendingPos_ < pending_.size() && pending_[pendingPos_] == '\n') ++pendingPos_;
-        }
-        return L'\r';
-    }
-    size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    while (pending_.size() - pendingPos_ < length && FillPending()) {
-    }
-    length = std::min(length, pending_.size() - pendingPos_);
-    wchar_t units[4] = {};
-    int n = MultiByteToWideChar(CP_UTF8, 0, pending_.data() + pendingPos_, int(length), units, 4);
-    pendingPos_ += length;
-    return n > 0 ? units[0] : L'?';
+    DWORD mode = 0;
+    GetConsoleMode(input_, &mode);
+    SetConsoleMode(input_, mode & ~DWORD(ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT));
+    DWORD got = 0;
+    BOOL ok = ReadConsoleW(input_, &unit, 1, &got, nullptr);
+    SetConsoleMode(input_, mode);
+    return ok && got == 1;
 }
+
+bool ConsoleHost::FillTyped()
+{
+    std::wstring line;
+    if (interactive_) {
+        if (!ReadConsoleLine(line)) return false;
+    } else {
+        std::string raw;
+        if (!ReadRawLine(raw)) return false;
+        StringHolder holder;
+        const wchar_t* wide = FromUtf8(holder, raw.c_str());
+        line = wide ? wide : L"";
+    }
+    typed_ = line + L'\r';
+    typedPos_ = 0;
+    return true;
+}
+
+void ConsoleHost::EndTypedLine()
+{
+    // The terminal has ended the line on its side; the store follows, without
+    // sending out again a row that the console already shows.
+    if (TheScreen.CursorX == 0) return;
+    if (interactive_) skipNextLine_ = true;
+    TheScreen.LineFeed();
+}
+
+bool ConsoleHost::NextUnit(InputWait wait, wchar_t& unit)
+{
+    while (typedPos_ >= typed_.size()) {
+        if (interactive_ && wait == InputWait::Key) return ReadConsoleKey(unit);
+        if (inputEnded_ || !FillTyped()) {
+            inputEnded_ = true;
+            return false;
+        }
+    }
+    unit = typed_[typedPos_++];
+    // A key wait shows its own line end (ReadKeyEcho); a line has none.
+    if (unit == L'\r' && wait == InputWait::Line) EndTypedLine();
+    return true;
+}
+
+InputEvent ConsoleHost::NextInput(InputWait wait)
+{
+    wchar_t unit;
+    return {InputKind::Char, NextUnit(wait, unit) ? unit : 3u, 0};
+}
+
+wchar_t ConsoleHost::ReadKey() { return wchar_t(NextInput(InputWait::Key).Unit); }
+
+bool ConsoleHost::ReadLine(wchar_t* buffer, int size) { return ReadTypedLine(buffer, size) != nullptr; }
 
 int ConsoleHost::RunInputLoop()
 {
-    wchar_t line[kLineMax];
-    while (!exitRequested_ && ReadLine(line, kLineMax)) {
-        TheEditor.TypeLine(line, true);
-        RunTopLevelLine();
+    wchar_t unit;
+    while (!exitRequested_ && NextUnit(InputWait::Line, unit)) {
+        // A tab is typed as a blank, as when pasting: TAB itself completes.
+        if (TheEditor.EditorChar(unit == L'\t' ? L' ' : unit)) RunTopLevelLine();
     }
     return ErrorLevel;
 }

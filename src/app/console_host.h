@@ -1,12 +1,16 @@
 // The console host: standard output receives every screen line, standard input
 // gives lines and keys. At the end of input every wait is answered with
 // Ctrl-C, so a script can never leave the program hanging.
+//
+// Typed lines go through the same line editor as in the window, one unit at
+// a time and Enter at each line end, so groups of lines and "More? " behave
+// alike in both programs. The terminal shows what is typed, so the editor
+// draws nothing here.
 #pragma once
 
 #include "app/host.h"
 #include "screen/screen_store.h"
 
-#include <algorithm>
 #include <string>
 
 class ConsoleHost : public ShellHost, public ScreenObserver {
@@ -25,11 +29,20 @@ public:
     bool ReadLine(wchar_t* buffer, int size) override;
     void RequestExit() override { exitRequested_ = true; }
     bool Interactive() const override { return interactive_; }
+    InputEvent NextInput(InputWait wait) override;
+    bool TerminalEchoes() const override { return true; }
     void LineCompleted(int y) override;
 
 private:
+    // The next typed unit, a line end of any form being one CR; false at the
+    // end of input.
+    bool NextUnit(InputWait wait, wchar_t& unit);
+    bool FillTyped();
     bool FillPending();
     bool ReadRawLine(std::string& line);
+    bool ReadConsoleLine(std::wstring& line);
+    bool ReadConsoleKey(wchar_t& unit);
+    void EndTypedLine();
     void Emit(const std::wstring& line);
 
     void* input_ = nullptr;
@@ -41,4 +54,6 @@ private:
     bool skipNextLine_ = false;
     std::string pending_;
     size_t pendingPos_ = 0;
+    std::wstring typed_;
+    size_t typedPos_ = 0;
 };

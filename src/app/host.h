@@ -3,6 +3,28 @@
 // waiting for keys, polling for Ctrl-C and ending the program go through here.
 #pragma once
 
+// Modifier keys held when a key or character arrived.
+enum KeyModifier : unsigned {
+    ModCtrl = 1,
+    ModShift = 2,
+};
+
+// What a wait is for: a single key lets the host handle key presses itself
+// (so scrollback keys work); a line read wants them for the line editor.
+enum class InputWait { Key, Line };
+
+enum class InputKind {
+    Char,    // a typed character, in Unit
+    KeyDown, // a key press, virtual key in Unit (line reads only)
+    End,     // the program is ending: no key will come
+};
+
+struct InputEvent {
+    InputKind Kind = InputKind::End;
+    unsigned Unit = 0;
+    unsigned Modifiers = 0;
+};
+
 class ShellHost {
 public:
     virtual ~ShellHost() = default;
@@ -17,6 +39,22 @@ public:
     virtual void RequestExit() = 0;
     // Whether a person answers at this host (prompts are shown only then).
     virtual bool Interactive() const = 0;
+
+    // The next key event of a wait; everything else that arrives meanwhile is
+    // handled by the host. A host that only has characters gives ReadKey's.
+    virtual InputEvent NextInput(InputWait wait) { return {InputKind::Char, ReadKey(), 0}; }
+    // True when the terminal itself shows what is typed, so the line editor
+    // must not draw the line or end it on the screen.
+    virtual bool TerminalEchoes() const { return false; }
+    // The caret stands at the screen's cursor; show and hide nest.
+    virtual void ShowCaret() {}
+    virtual void HideCaret() {}
+    // Gives the caret the shape of the editor's insert or overwrite mode.
+    virtual void RebuildCaret() {}
+    // Makes what changed in the screen store visible.
+    virtual void Refresh() {}
+    // Dropped files are taken only while the editor waits at the prompt.
+    virtual void AcceptDrops(bool accept) {}
 };
 
 // The host in charge; a host with no input is installed until a real one is.

@@ -4,10 +4,16 @@
 #include "app/profile/profile.h"
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
+#include "app/window_host.h"
+#include "input/editor.h"
+#include "input/editor_links.h"
 #include "lang/shell_command.h"
 #include "screen/screen_store.h"
 
+#include <shellapi.h>
+
 #include <cwchar>
+#include <vector>
 
 int SystemMenuBase = 0;
 HBRUSH FaceBrush = nullptr;
@@ -19,9 +25,6 @@ constexpr UINT_PTR kTickTimer = 300;
 constexpr DWORD kMainStyle = 0x2CF0000;
 constexpr DWORD kFrameStyle = 0xEF0000;
 constexpr int kDialogExtra = 30;
-
-int CellWidth() { return ProfileReadInt(L"Ombrel", L"FontWidth", 8); }
-int CellHeight() { return ProfileReadInt(L"Ombrel", L"FontHeight", 12); }
 
 struct InstanceSearch {
     int highest = 0;
@@ -59,7 +62,50 @@ void PaintScreen(HWND window)
     EndPaint(window, &paint);
 }
 
+// Keys that scroll, copy and paste: they reach the editor even while a
+// command runs, and must not start anything.
+bool IsViewKey(WPARAM key)
+{
+    return key == VK_CONTROL || key == VK_INSERT || key == VK_SHIFT || key == VK_PRIOR || key == VK_NEXT;
+}
+
+void OnKeyDown(WPARAM key)
+{
+    if (IsViewKey(key)) {
+        TheEditor.EditorKey(int(key), CurrentModifiers());
+        return;
+    }
+    if (CommandRunning) return;
+    Links->MoveView(ViewMove::Bottom);
+    if (key == VK_TAB) Links->CompleteTab();
+    else TheEditor.EditorKey(int(key), CurrentModifiers());
+}
+
+void OnChar(WPARAM unit)
+{
+    Links->MoveView(ViewMove::Bottom);
+    // Enter is the one key that starts a command, and never a second one.
+    if (!CommandRunning && TheEditor.EditorChar(wchar_t(unit), CurrentModifiers())) RunTopLevelLine();
+}
+
+void OnDropFiles(HDROP drop)
+{
+    UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+    std::vector<DroppedFile> files;
+    for (UINT i = 0; i < count; ++i) {
+        wchar_t name[kPathMax];
+        if (!DragQueryFileW(drop, i, name, kPathMax)) continue;
+        DWORD attributes = GetFileAttributesW(name);
+        files.push_back({name, attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY)});
+    }
+    TheEditor.DropFiles(files, (GetKeyState(VK_CAPITAL) & 1) != 0);
+    DragFinish(drop);
+}
+
 } // namespace
+
+int CellWidth() { return ProfileReadInt(L"Ombrel", L"FontWidth", 8); }
+int CellHeight() { return ProfileReadInt(L"Ombrel", L"FontHeight", 12); }
 
 bool RegisterWindowClasses(HINSTANCE instance)
 {
@@ -165,8 +211,14 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         if (wParam) SaveSession();
         return 0;
     case WM_TIMER:
+        // Any timer counts; the status bar's second is every fourth tick.
         ++TickCount;
         return 0;
+    case WM_KEYDOWN: OnKeyDown(wParam); return 0;
+    case WM_CHAR: OnChar(wParam); return 0;
+    case WM_SETFOCUS: Host->RebuildCaret(); return 0;
+    case WM_KILLFOCUS: DestroyCaret(); return 0;
+    case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_PAINT:
         PaintScreen(window);
         return 0;

@@ -13,6 +13,10 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
 // instance only), the statement counter, the history.
 void SaveSession();
 
+// The size of one character cell in pixels.
+int CellWidth();
+int CellHeight();
+
 extern int SystemMenuBase;
 extern HBRUSH FaceBrush;
 extern HBRUSH NullBrush;

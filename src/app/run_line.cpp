@@ -3,26 +3,58 @@
 #include "app/globals.h"
 #include "app/host.h"
 #include "input/editor.h"
+#include "input/editor_links.h"
+#include "input/prompt.h"
+#include "input/unix_mode.h"
 #include "lang/shell_command.h"
+#include "screen/colours.h"
 #include "screen/screen_store.h"
 
-#include <shellapi.h>
+namespace {
 
-static void EnableClose(bool enable)
+void EnableClose(bool enable)
 {
     if (!MainWindow) return;
     HMENU menu = GetSystemMenu(MainWindow, FALSE);
     if (menu) EnableMenuItem(menu, 6, MF_BYPOSITION | (enable ? MF_ENABLED : MF_GRAYED));
 }
 
+void EchoConvertedLine(const wchar_t* line)
+{
+    if (!TheUnixMode.Unix || !TheUnixMode.Display) return;
+    UseItem(Item::Text);
+    TheScreen.Write(line);
+    TheScreen.NewLine();
+}
+
+// Both prompts print with polling off, so that their own output cannot start
+// dispatching messages, and leave an empty line anchored behind them.
+template <typename PrintFn> void PromptWith(PrintFn print)
+{
+    TheScreen.PollEnabled = 0;
+    TheScreen.BreakFlag = 0;
+    if (Host->Interactive()) print();
+    TheEditor.ResetLine();
+    TheScreen.PollEnabled = 1;
+    Host->ShowCaret();
+    Host->Refresh();
+    Host->AcceptDrops(true);
+}
+
+} // namespace
+
 void RunTopLevelLine()
 {
     EnableClose(false);
+    Links->EnableHistoryList(false);
     CommandRunning = 1;
     TheShell.Terminate = 0;
     TheShell.EchoOn = 1;
+    ConvertUnixInput(TheEditor.Submitted);
+    EchoConvertedLine(TheEditor.Submitted);
     TheShell.RunLine(TheEditor.Submitted);
     EnableClose(true);
+    Links->EnableHistoryList(true);
     TheScreen.BreakFlag = 0;
     TheShell.EchoOn = 1;
     ShowPrompt();
@@ -31,27 +63,23 @@ void RunTopLevelLine()
 
 void ShowPrompt()
 {
-    TheScreen.PollEnabled = 0;
-    TheScreen.BreakFlag = 0;
-    if (Host->Interactive() || MainWindow) WritePrompt();
-    TheScreen.EditX = TheScreen.CursorX;
-    TheScreen.EditY = TheScreen.CursorY;
-    TheScreen.PollEnabled = 1;
-    if (MainWindow) DragAcceptFiles(MainWindow, TRUE);
+    PromptWith([] {
+        Links->CheckMail();
+        ThePrompt.Print();
+    });
 }
 
-void WritePrompt()
+void ShowMorePrompt()
 {
-    wchar_t directory[kPathMax];
-    DWORD n = GetCurrentDirectoryW(kPathMax, directory);
-    if (n == 0 || n >= kPathMax) directory[0] = 0;
-    TheScreen.WriteCells(directory);
-    TheScreen.WriteCells(L">");
+    PromptWith([] {
+        if (TheScreen.CursorX != 0) TheScreen.NewLine();
+        TheScreen.Write(L"More? ");
+    });
 }
 
 void EchoBatchLine(const wchar_t* text)
 {
-    WritePrompt();
-    TheScreen.Write(text);
+    ThePrompt.Print();
+    TheScreen.Write(UnixDisplayW(text));
     TheScreen.NewLine();
 }

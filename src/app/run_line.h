@@ -7,7 +7,7 @@
 void RunTopLevelLine();
 // The normal way back to the command line.
 void ShowPrompt();
-// Writes the prompt text at the cursor.
-void WritePrompt();
+// The same for the next line of an unfinished group: "More? ".
+void ShowMorePrompt();
 // A batch line as echo shows it: the prompt, the line, a line end.
 void EchoBatchLine(const wchar_t* text);

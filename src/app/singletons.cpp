@@ -5,12 +5,16 @@
 #include "app/errors.h"
 #include "app/profile/profile.h"
 #include "input/editor.h"
+#include "input/prompt.h"
+#include "input/unix_mode.h"
 #include "lang/shell_command.h"
 #include "screen/screen_store.h"
 
 ProfileStore TheProfile;
 ShellCommand TheShell;
+PromptState ThePrompt;
 ErrorReporter TheErrors;
+UnixMode TheUnixMode;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
 // Definitions in one file are built in order, so this runs right after the

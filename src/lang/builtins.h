@@ -16,6 +16,7 @@ void CmdGoto();
 void CmdHelp();
 void CmdIf();
 void CmdProc();
+void CmdPrompt();
 void CmdRead();
 void CmdRem();
 void CmdReturn();

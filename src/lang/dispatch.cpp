@@ -63,6 +63,7 @@ const CommandEntry kCommands[] = {
     {L"lbset", nullptr, NeedsBatch},
     {L"lbtext", nullptr, NeedsBatch},
     {L"proc", CmdProc, NeedsBatch | KeepsLevel},
+    {L"prompt", CmdPrompt, 0},
     {L"radio", nullptr, NeedsBatch},
     {L"read", CmdRead, KeepsLevel},
     {L"rem", CmdRem, KeepsLevel},

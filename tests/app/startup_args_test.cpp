@@ -59,9 +59,9 @@ TEST(StartupArgs, RedirectionChoiceIsSavedAndOnlyCLeavesTheProgram)
     std::wstring ini = folder / L"s.ini";
     OmbcResult r = RunOmbc(L"INI=" + ini + L" /U /C rem");
     EXPECT_EQ(r.ExitCode, 0);
-    EXPECT_NE(folder.ReadBytes(L"s.ini").find("UnicodeRedirection=1"), std::string::npos);
+    EXPECT_NE(folder.ReadText(L"s.ini").find(L"UnicodeRedirection=1"), std::wstring::npos);
     r = RunOmbc(L"INI=" + ini + L" /A /C rem");
-    EXPECT_NE(folder.ReadBytes(L"s.ini").find("UnicodeRedirection=0"), std::string::npos);
+    EXPECT_NE(folder.ReadText(L"s.ini").find(L"UnicodeRedirection=0"), std::wstring::npos);
 
     // Without /C the command runs and the program goes on reading lines.
     r = RunOmbc(L"INI=" + ini + L" \"echo first\"", "echo second\n");

@@ -23,11 +23,13 @@ TEST(Calc, ShowsOrKeepsTheValue)
 
 TEST(Calc, MessagesOfBadExpressions)
 {
-    OmbcResult result = RunOmbc(L"", "calc ?\r\ncalc ?foo(1)\r\ncalc ?\"a\"+1\r\ncalc ?(1+2\r\n"
+    OmbcResult result = RunOmbc(L"", "calc ?\r\ncalc ?foo(1)\r\ncalc ?\"a\"+1\r\n"
                                      "calc ?pow(2)\r\ncalc ?sqr(-1)\r\ncalc ?nothing_defined\r\n");
     EXPECT_EQ(JoinLines(result.Output), L"Syntax Error\n\nUnknown math function\n\nUnexpected type\n\n"
-                                        L"Right bracket missing\n\nInvalid number of parameters for math function\n\n"
+                                        L"Invalid number of parameters for math function\n\n"
                                         L"Floating point error\n\nEvaluates to a non-number\n\n");
+    // Typed, an open bracket asks for more lines; given whole, it is an error.
+    EXPECT_EQ(JoinLines(RunOmbc(L"/C \"calc ?(1+2\"").Output), L"Right bracket missing\n\n");
 }
 
 TEST(Calc, LeavesErrorLevelAsItWas)
@@ -45,8 +47,8 @@ TEST(Calc, TakesALongLine)
     std::string sum = "1";
     for (int i = 1; i < 2000; ++i) sum += "+1";
     EXPECT_EQ(JoinLines(RunOmbc(L"", "calc ?" + sum + "\r\n").Output), L"2000\n");
-    std::string nested(2000, '(');
-    EXPECT_EQ(JoinLines(RunOmbc(L"", "calc ?" + nested + "1\r\n").Output), L"Out of range\n\n");
+    std::wstring deep(2000, L'(');
+    EXPECT_EQ(JoinLines(RunOmbc(L"/C \"calc ?" + deep + L"1\"").Output), L"Out of range\n\n");
 }
 
 } // namespace

@@ -63,3 +63,20 @@ bool TempFolder::Exists(const std::wstring& name) const
 {
     return GetFileAttributesW((*this / name).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
+
+std::wstring TempFolder::ReadText(const std::wstring& name) const
+{
+    std::string bytes = ReadBytes(name);
+    std::wstring text;
+    if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFF && static_cast<unsigned char>(bytes[1]) == 0xFE) {
+        for (size_t i = 2; i + 1 < bytes.size(); i += 2)
+            text += wchar_t(static_cast<unsigned char>(bytes[i]) | (static_cast<unsigned char>(bytes[i + 1]) << 8));
+        return text;
+    }
+    int n = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), int(bytes.size()), nullptr, 0);
+    UINT codePage = n > 0 ? CP_UTF8 : CP_ACP;
+    n = MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), nullptr, 0);
+    text.resize(size_t(n));
+    MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), text.data(), n);
+    return text;
+}

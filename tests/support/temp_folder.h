@@ -17,6 +17,8 @@ public:
 
     void WriteBytes(const std::wstring& name, const std::string& bytes) const;
     std::string ReadBytes(const std::wstring& name) const;
+    // The file as text: UTF-16 with its mark, else UTF-8 or the code page.
+    std::wstring ReadText(const std::wstring& name) const;
     bool Exists(const std::wstring& name) const;
 
 private:

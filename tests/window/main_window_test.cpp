@@ -101,9 +101,9 @@ TEST(MainWindow, StartsTitledAndClosesWhenIdle)
     PostMessageW(window, WM_CLOSE, 0, 0);
     ASSERT_TRUE(child.EndsWithin(20000));
     // Only the first instance saved its place.
-    std::string settings = folder.ReadBytes(L"w.ini");
-    EXPECT_NE(settings.find("XOrigin="), std::string::npos);
-    EXPECT_NE(settings.find("Line="), std::string::npos);
+    std::wstring settings = folder.ReadText(L"w.ini");
+    EXPECT_NE(settings.find(L"XOrigin="), std::wstring::npos);
+    EXPECT_NE(settings.find(L"Line="), std::wstring::npos);
 }
 
 TEST(MainWindow, ExitGivenWithSlashCEndsTheProgram)
