@@ -21,6 +21,7 @@ void RunTopLevelLine()
     CommandRunning = 1;
     TheShell.Terminate = 0;
     TheShell.EchoOn = 1;
+    TheScreen.ResetAttr = TheScreen.Attr;
     TheShell.RunLine(TheEditor.Submitted);
     EnableClose(true);
     TheScreen.BreakFlag = 0;

@@ -2,6 +2,7 @@
 // stage from CommandArgs and reports failures through the error reporter.
 #pragma once
 
+void CmdColour();
 void CmdEcho();
 void CmdEnd();
 void CmdExit();

@@ -26,6 +26,8 @@ const CommandEntry kCommands[] = {
     {L"cbset", nullptr, NeedsBatch},
     {L"cbtext", nullptr, NeedsBatch},
     {L"check", nullptr, NeedsBatch},
+    {L"color", CmdColour, 0},
+    {L"colour", CmdColour, 0},
     {L"dlgbox", nullptr, NeedsBatch},
     {L"dlgend", nullptr, NeedsBatch},
     {L"dlgendall", nullptr, NeedsBatch},

@@ -1,0 +1,169 @@
+#include "screen/screen_cell.h"
+
+#include "app/toolkit/omdib.h"
+#include "screen/screen_store.h"
+
+#include <cstdlib>
+#include <cstring>
+
+CellCounterSet CellCounters;
+int RunBufferSize = 128;
+
+namespace {
+
+// Makes room for units units; the buffer keeps its size when it is big enough.
+wchar_t* Reserve(ScreenCell& cell, int units)
+{
+    if (cell.HasBuffer && cell.Capacity >= units) return cell.Units();
+    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
+    cell.HasBuffer = 1;
+    cell.Capacity = uint16_t(units);
+    if (units <= kInlineUnits) return cell.Inline;
+    cell.Heap = static_cast<wchar_t*>(std::malloc(sizeof(wchar_t) * size_t(units)));
+    return cell.Heap;
+}
+
+} // namespace
+
+void ReleaseCell(ScreenCell& cell)
+{
+    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
+    std::memset(&cell, 0, sizeof(cell));
+}
+
+namespace cells {
+
+void empty(ScreenCell& cell)
+{
+    ++CellCounters.empty;
+    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
+    cell.HasBuffer = 0;
+    cell.Heap = nullptr;
+}
+
+const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr)
+{
+    ++CellCounters.set;
+    int units = 0;
+    const wchar_t* next = _CharNextW(text, -1, &units);
+    // A cell holds at most what its 16-bit capacity can count.
+    if (units > 0xFFFF) units = 0xFFFF;
+    if (units == 0) units = 1;
+    wchar_t* buffer = Reserve(cell, units);
+    std::memcpy(buffer, text, sizeof(wchar_t) * size_t(units));
+    for (int i = units; i < cell.Capacity; ++i) buffer[i] = 0;
+    cell.Attr = attr;
+    return next;
+}
+
+wchar_t* get(const ScreenCell& cell, wchar_t* destination)
+{
+    ++CellCounters.get;
+    const wchar_t* units = cell.Units();
+    for (int i = 0; units && i < cell.Capacity && units[i]; ++i) *destination++ = units[i];
+    *destination = 0;
+    return destination;
+}
+
+int count(const ScreenCell& cell)
+{
+    ++CellCounters.count;
+    const wchar_t* units = cell.Units();
+    int n = 0;
+    while (units && n < cell.Capacity && units[n]) ++n;
+    return n;
+}
+
+bool isblank(const ScreenCell& cell)
+{
+    ++CellCounters.isblank;
+    const wchar_t* units = cell.Units();
+    if (!units || units[0] != L' ') return false;
+    return cell.Capacity == 1 || units[1] == 0;
+}
+
+void toblank(ScreenCell& cell, uint16_t attr)
+{
+    ++CellCounters.toblank;
+    wchar_t* buffer = Reserve(cell, 1);
+    buffer[0] = L' ';
+    for (int i = 1; i < cell.Capacity; ++i) buffer[i] = 0;
+    cell.Attr = attr;
+}
+
+void clear_screen(ScreenCell* first, uint16_t attr, int cellCount)
+{
+    ++CellCounters.clear_screen;
+    for (int i = 0; i < cellCount; ++i) toblank(first[i], attr);
+}
+
+ScreenCell* alloc(int64_t cellCount)
+{
+    ++CellCounters.alloc;
+    if (cellCount <= 0) return nullptr;
+    return static_cast<ScreenCell*>(std::calloc(size_t(cellCount), sizeof(ScreenCell)));
+}
+
+void free(ScreenCell* array, int64_t cellCount)
+{
+    ++CellCounters.free;
+    if (!array) return;
+    for (int64_t i = 0; i < cellCount; ++i) empty(array[i]);
+    std::free(array);
+}
+
+int copy_screen(const ScreenCell* first, wchar_t* destination, int cellCount)
+{
+    ++CellCounters.copy_screen;
+    wchar_t* end = destination;
+    *end = 0;
+    for (int i = 0; i < cellCount; ++i) end = get(first[i], end);
+    return int(end - destination);
+}
+
+int text_size(const ScreenCell* first, int cellCount)
+{
+    ++CellCounters.copy_screen;
+    int units = 1;
+    for (int i = 0; i < cellCount; ++i) units += count(first[i]);
+    return units;
+}
+
+void move(ScreenCell* source, ScreenCell* destination, int64_t cellCount)
+{
+    if (cellCount <= 0 || source == destination) return;
+    std::memmove(destination, source, sizeof(ScreenCell) * size_t(cellCount));
+    // Only the part of the source that the destination did not cover is vacated.
+    ScreenCell* sourceEnd = source + cellCount;
+    ScreenCell* destinationEnd = destination + cellCount;
+    if (destination >= sourceEnd || destinationEnd <= source)
+        std::memset(source, 0, sizeof(ScreenCell) * size_t(cellCount));
+    else if (destination > source)
+        std::memset(source, 0, sizeof(ScreenCell) * size_t(destination - source));
+    else
+        std::memset(destinationEnd, 0, sizeof(ScreenCell) * size_t(sourceEnd - destinationEnd));
+}
+
+} // namespace cells
+
+void PrintCellCounters()
+{
+    struct Line {
+        const wchar_t* Label;
+        uint32_t Value;
+    };
+    const Line lines[] = {
+        {L"clear_screen: ", CellCounters.clear_screen}, {L"         get: ", CellCounters.get},
+        {L"         set: ", CellCounters.set},          {L" copy_screen: ", CellCounters.copy_screen},
+        {L"       count: ", CellCounters.count},        {L"       alloc: ", CellCounters.alloc},
+        {L"        free: ", CellCounters.free},         {L"       empty: ", CellCounters.empty},
+        {L"  scrolldown: ", CellCounters.scrolldown},   {L"    scrollup: ", CellCounters.scrollup},
+        {L"     isblank: ", CellCounters.isblank},      {L"     toblank: ", CellCounters.toblank},
+        {L"   text_size: ", uint32_t(RunBufferSize)},
+    };
+    for (const Line& line : lines) {
+        TheScreen.Write(line.Label);
+        TheScreen.WriteULong(line.Value);
+        TheScreen.NewLine();
+    }
+}

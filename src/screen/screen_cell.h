@@ -1,0 +1,73 @@
+// One cell of the text screen and the store's cell vocabulary.
+//
+// A cell is one displayed character: a base with its combining marks, or a
+// surrogate pair, with a 16-bit attribute (low byte foreground palette index,
+// high byte background). Its text buffer holds Capacity units: the character
+// at the front, zeros behind it, and no terminator when the character fills
+// the buffer exactly. Capacity only grows while the buffer lives, so the
+// normal write path reuses the buffer and allocates nothing. Buffers of up to
+// kInlineUnits units live inside the cell itself (nearly every character),
+// longer ones on the heap; either way the cell behaves as one owned buffer.
+//
+// An empty cell (no buffer) only comes from zero-filled memory; it shows as
+// nothing, is not blank, and adds no text to a copy. Cells are plain bytes:
+// arrays of them are moved bytewise, so a buffer changes owner, never copies.
+#pragma once
+
+#include <cstdint>
+
+constexpr int kInlineUnits = int(sizeof(void*)) / int(sizeof(wchar_t));
+
+struct ScreenCell {
+    uint16_t Attr;
+    uint16_t Capacity;
+    uint8_t HasBuffer;
+    union {
+        wchar_t Inline[kInlineUnits];
+        wchar_t* Heap;
+    };
+
+    // The buffer of Capacity units, or null for an empty cell.
+    const wchar_t* Units() const { return !HasBuffer ? nullptr : Capacity <= kInlineUnits ? Inline : Heap; }
+    wchar_t* Units() { return !HasBuffer ? nullptr : Capacity <= kInlineUnits ? Inline : Heap; }
+};
+
+// Calls of each cell operation since the start of the process; a diagnostic
+// prints them.
+struct CellCounterSet {
+    uint32_t clear_screen, get, set, copy_screen, count, alloc, free, empty, scrolldown, scrollup, isblank,
+        toblank;
+};
+extern CellCounterSet CellCounters;
+
+// The operations are plain functions on cells; their lower-case names are
+// the store's vocabulary and each call counts in CellCounters.
+namespace cells {
+
+void empty(ScreenCell& cell);
+// Takes one whole character from text; returns the text behind it.
+const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr);
+// Copies the character and a terminator; returns the terminator written.
+wchar_t* get(const ScreenCell& cell, wchar_t* destination);
+int count(const ScreenCell& cell);
+bool isblank(const ScreenCell& cell);
+void toblank(ScreenCell& cell, uint16_t attr);
+void clear_screen(ScreenCell* first, uint16_t attr, int cellCount);
+// A zero-filled array of empty cells, or null.
+ScreenCell* alloc(int64_t cellCount);
+// Empties cellCount cells, then releases the array.
+void free(ScreenCell* array, int64_t cellCount);
+// Concatenates the cells' text with a terminator; returns the units written.
+int copy_screen(const ScreenCell* first, wchar_t* destination, int cellCount);
+// Units copy_screen needs, terminator included.
+int text_size(const ScreenCell* first, int cellCount);
+// Moves cells bytewise and zero-fills the source, so buffers change owner.
+void move(ScreenCell* source, ScreenCell* destination, int64_t cellCount);
+
+} // namespace cells
+
+// Frees a cell's buffer and zero-fills the cell without counting: the part of
+// a scroll that lets a row fall off.
+void ReleaseCell(ScreenCell& cell);
+// The diagnostic: one line per counter, through the writer.
+void PrintCellCounters();

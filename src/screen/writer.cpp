@@ -1,0 +1,169 @@
+// The output writer: every text the shell prints passes here. Write chooses
+// between the redirection file and the store, applies the one-shot field
+// width and thousands separators, and honours BreakFlag; WriteCells is the
+// store side with the deferred wrap.
+#include "app/globals.h"
+#include "app/host.h"
+#include "app/toolkit/omdib.h"
+#include "screen/colours.h"
+#include "screen/screen_store.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <string>
+
+namespace {
+
+// The widest field a command may ask for.
+constexpr int kFieldMax = 40;
+
+} // namespace
+
+void ScreenStore::WriteCells(const wchar_t* text)
+{
+    int width = Columns();
+    int height = ScreenRows();
+    int runRow = CursorY;
+    while (*text) {
+        // The wrap waits until a character comes for the full row.
+        if (CursorX >= width) {
+            if (!Paging) MarkRow(runRow);
+            if (Observer) Observer->LineCompleted(CursorY);
+            CursorX = 0;
+            ++CursorY;
+            ++PageLines;
+            runRow = CursorY;
+        }
+        if (CursorY >= height) ScrollScreen();
+        if (Paging && PageLines >= height - 1 && PagePause) {
+            PagePause();
+            width = Columns();
+            height = ScreenRows();
+        }
+        ScreenCell* cell = CellAtCursor();
+        text = cell ? cells::set(*cell, text, Attr) : _CharNextW(text, -1, nullptr);
+        ++CursorX;
+    }
+    if (Paging) return;
+    if (!Scrolled) {
+        MarkRow(runRow);
+        return;
+    }
+    Scrolled = 0;
+    MarkWhole();
+}
+
+void ScreenStore::LineFeed()
+{
+    if (Observer) Observer->LineCompleted(CursorY);
+    CursorX = 0;
+    ++PageLines;
+    ++CursorY;
+    if (CursorY >= ScreenRows()) ScrollScreen();
+    if (Paging && PageLines >= ScreenRows() - 1 && PagePause) PagePause();
+}
+
+void ScreenStore::Write(const wchar_t* text)
+{
+    if (BreakFlag) {
+        FieldWidth = 0;
+        return;
+    }
+    // Right-aligned in the field; a longer text is written whole.
+    std::wstring field;
+    if (FieldWidth > 0) {
+        int width = std::min(FieldWidth, kFieldMax);
+        int n = std::min(lstrlenW(text), width);
+        field.assign(size_t(width - n), L' ');
+        field += text;
+        text = field.c_str();
+    }
+    if (!Redirected) {
+        WriteCells(text);
+    } else {
+        PollBreak();
+        if (BreakFlag) return;
+        OutputFile->WriteText(text, lstrlenW(text));
+    }
+    FieldWidth = 0;
+}
+
+const wchar_t* ScreenStore::WriteChar(const wchar_t* text)
+{
+    int units = 0;
+    const wchar_t* next = _CharNextW(text, -1, &units);
+    std::wstring character(text, size_t(units));
+    Write(character.c_str());
+    return next;
+}
+
+void ScreenStore::WriteUnit(wchar_t unit)
+{
+    wchar_t text[2] = {unit, 0};
+    Write(text);
+}
+
+void ScreenStore::WriteNumber(wchar_t* digits)
+{
+    if (CommaNext) StrCommaW(digits);
+    CommaNext = 0;
+    Write(digits);
+}
+
+void ScreenStore::WriteInt64(int64_t value)
+{
+    wchar_t text[40];
+    WriteNumber(i64tow_ex(value, text, 10));
+}
+
+void ScreenStore::WriteUInt64(uint64_t value)
+{
+    wchar_t text[40];
+    WriteNumber(ui64tow_ex(value, text, 10));
+}
+
+void ScreenStore::WriteInt(int32_t value) { WriteInt64(value); }
+
+void ScreenStore::WriteLong(int32_t value) { WriteInt64(value); }
+
+void ScreenStore::WriteULong(uint32_t value) { WriteUInt64(value); }
+
+void ScreenStore::WriteFloat(double value)
+{
+    wchar_t text[80];
+    std::swprintf(text, 40, L"%.15g", value);
+    WriteNumber(text);
+}
+
+void ScreenStore::NewLine()
+{
+    if (BreakFlag) return;
+    PollBreak();
+    if (Redirected) OutputFile->WriteText(L"\r\n", 2);
+    else LineFeed();
+}
+
+void ScreenStore::ShowBreak()
+{
+    Attr = uint16_t((Attr & 0xFF00) | ItemValue(Item::Text));
+    WriteCells(L"^C");
+}
+
+void ScreenStore::PollBreak()
+{
+    if (PollEnabled) Host->PollBreak();
+}
+
+void ScreenStore::OpenRedirect(HANDLE file)
+{
+    CloseRedirect();
+    Redirected = 1;
+    redirectFile_.Adopt(file, UnicodeRedirection != 0);
+    OutputFile = &redirectFile_;
+}
+
+void ScreenStore::CloseRedirect()
+{
+    if (Redirected) OutputFile->Close();
+    Redirected = 0;
+}
