@@ -46,6 +46,13 @@ private:
         if (n_ < rules_.TextLimit) pending_[n_++] = unit;
     }
 
+    // Echo output drops control units; console output keeps them unless only
+    // printable units are asked for.
+    void Keep(wchar_t unit)
+    {
+        if (rules_.Console ? !rules_.Printable || std::iswprint(unit) : unit >= 32) Append(unit);
+    }
+
     void BackSpace()
     {
         if (rules_.Console) {
@@ -73,7 +80,7 @@ private:
     const wchar_t* Escape(const wchar_t* p)
     {
         if (rules_.Console && p[1] != L'[') {
-            Append(*p);
+            Keep(*p);
             return p + 1;
         }
         Flush();
@@ -95,13 +102,7 @@ private:
             screen_.Locate(0, screen_.CursorY);
             break;
         case 27: return Escape(p);
-        default:
-            if (!rules_.Console) {
-                if (*p >= 32) Append(*p);
-            } else if (!rules_.Printable || std::iswprint(*p)) {
-                Append(*p);
-            }
-            break;
+        default: Keep(*p); break;
         }
         return p + 1;
     }

@@ -16,8 +16,9 @@ void LoadScreenLimits()
 
 int ClampScrollBack(int rows)
 {
-    if (uint32_t(rows) - uint32_t(MaxHeight) > uint32_t(MaxScroll)) rows = MaxScroll + MaxHeight;
-    if (uint32_t(rows) - uint32_t(MaxHeight) < uint32_t(MaxHeight + 30)) rows = 2 * MaxHeight + 30;
+    int64_t history = int64_t(rows) - MaxHeight;
+    if (history > MaxScroll) return MaxScroll + MaxHeight;
+    if (history < MaxHeight + 30) return 2 * MaxHeight + 30;
     return rows;
 }
 

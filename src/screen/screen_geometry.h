@@ -26,8 +26,8 @@ constexpr int kMaxScrollLimit = 10000;
 // Reads MaxWidth, MaxHeight and MaxScroll from the settings, clamped.
 void LoadScreenLimits();
 // Brings a requested store size within the limits: history no larger than
-// MaxScroll, and at least the screen area plus 30 rows. The comparisons are
-// unsigned, so a negative request counts as huge.
+// MaxScroll, and at least the screen area plus 30 rows (which wins when
+// MaxScroll is smaller), so a stock 250 becomes 270.
 int ClampScrollBack(int rows);
 // A screen size within 60..MaxWidth columns and 5..MaxHeight rows.
 int ClampColumns(int columns);

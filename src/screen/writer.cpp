@@ -17,6 +17,10 @@ namespace {
 // The widest field a command may ask for.
 constexpr int kFieldMax = 40;
 
+// The row below y; a row far below the screen only needs to stay below it,
+// which keeps a wild cursor from overflowing.
+int NextRow(int y) { return y < ScreenHeight ? y + 1 : y; }
+
 } // namespace
 
 void ScreenStore::WriteCells(const wchar_t* text)
@@ -30,7 +34,7 @@ void ScreenStore::WriteCells(const wchar_t* text)
             if (!Paging) MarkRow(runRow);
             if (Observer) Observer->LineCompleted(CursorY);
             CursorX = 0;
-            ++CursorY;
+            CursorY = NextRow(CursorY);
             ++PageLines;
             runRow = CursorY;
         }
@@ -58,7 +62,7 @@ void ScreenStore::LineFeed()
     if (Observer) Observer->LineCompleted(CursorY);
     CursorX = 0;
     ++PageLines;
-    ++CursorY;
+    CursorY = NextRow(CursorY);
     if (CursorY >= ScreenRows()) ScrollScreen();
     if (Paging && PageLines >= ScreenRows() - 1 && PagePause) PagePause();
 }
