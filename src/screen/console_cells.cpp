@@ -10,7 +10,7 @@ template <class Step> int ScreenStore::WalkScreen(int x, int y, int count, Step 
 {
     int done = 0;
     while (done < count && x >= 0 && y >= 0 && y < ScreenRows()) {
-        ScreenCell* cell = ScreenCellAt(x, y);
+        ScreenCell* cell = ScreenCellAt(x, y, Columns());
         if (!cell || !step(*cell, done)) break;
         if (++x >= Columns()) {
             x = 0;

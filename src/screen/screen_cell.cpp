@@ -23,25 +23,31 @@ wchar_t* Reserve(ScreenCell& cell, int units)
     return cell.Heap;
 }
 
+// toblank without the counter.
+void Blank(ScreenCell& cell, uint16_t attr)
+{
+    cell.Attr = attr;
+    if (cell.HasBuffer && cell.Capacity > kInlineUnits) {
+        cell.Heap[0] = L' ';
+        for (int i = 1; i < cell.Capacity; ++i) cell.Heap[i] = 0;
+        return;
+    }
+    if (!cell.HasBuffer) cell.Capacity = 1;
+    cell.HasBuffer = 1;
+    std::memset(cell.Inline, 0, sizeof(cell.Inline));
+    cell.Inline[0] = L' ';
+}
+
 } // namespace
 
-void ReleaseCell(ScreenCell& cell)
+bool IsSingleUnit(const wchar_t* text)
 {
-    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
-    std::memset(&cell, 0, sizeof(cell));
+    wchar_t unit = text[0];
+    if (unit == 0 || (unit >= 0xD800 && unit <= 0xDFFF)) return false;
+    return text[1] < 0x300 || !IsCombiningMark(text[1]);
 }
 
-namespace cells {
-
-void empty(ScreenCell& cell)
-{
-    ++CellCounters.empty;
-    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
-    cell.HasBuffer = 0;
-    cell.Heap = nullptr;
-}
-
-const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr)
+const wchar_t* SetCharacter(ScreenCell& cell, const wchar_t* text, uint16_t attr)
 {
     ++CellCounters.set;
     int units = 0;
@@ -54,6 +60,16 @@ const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr)
     for (int i = units; i < cell.Capacity; ++i) buffer[i] = 0;
     cell.Attr = attr;
     return next;
+}
+
+namespace cells {
+
+void empty(ScreenCell& cell)
+{
+    ++CellCounters.empty;
+    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
+    cell.HasBuffer = 0;
+    cell.Heap = nullptr;
 }
 
 wchar_t* get(const ScreenCell& cell, wchar_t* destination)
@@ -85,16 +101,14 @@ bool isblank(const ScreenCell& cell)
 void toblank(ScreenCell& cell, uint16_t attr)
 {
     ++CellCounters.toblank;
-    wchar_t* buffer = Reserve(cell, 1);
-    buffer[0] = L' ';
-    for (int i = 1; i < cell.Capacity; ++i) buffer[i] = 0;
-    cell.Attr = attr;
+    Blank(cell, attr);
 }
 
 void clear_screen(ScreenCell* first, uint16_t attr, int cellCount)
 {
     ++CellCounters.clear_screen;
-    for (int i = 0; i < cellCount; ++i) toblank(first[i], attr);
+    CellCounters.toblank += uint32_t(cellCount);
+    for (int i = 0; i < cellCount; ++i) Blank(first[i], attr);
 }
 
 ScreenCell* alloc(int64_t cellCount)

@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 constexpr int kInlineUnits = int(sizeof(void*)) / int(sizeof(wchar_t));
 
@@ -42,11 +43,26 @@ extern CellCounterSet CellCounters;
 
 // The operations are plain functions on cells; their lower-case names are
 // the store's vocabulary and each call counts in CellCounters.
+// A character of one unit: no surrogate, and no combining mark behind it.
+bool IsSingleUnit(const wchar_t* text);
+// set for the characters that IsSingleUnit does not take.
+const wchar_t* SetCharacter(ScreenCell& cell, const wchar_t* text, uint16_t attr);
+
 namespace cells {
 
 void empty(ScreenCell& cell);
-// Takes one whole character from text; returns the text behind it.
-const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr);
+// Takes one whole character from text; returns the text behind it. Inline:
+// this is the per-character path of all output.
+inline const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr)
+{
+    if (!cell.HasBuffer || cell.Capacity > kInlineUnits || !IsSingleUnit(text))
+        return SetCharacter(cell, text, attr);
+    ++CellCounters.set;
+    std::memset(cell.Inline, 0, sizeof(cell.Inline));
+    cell.Inline[0] = text[0];
+    cell.Attr = attr;
+    return text + 1;
+}
 // Copies the character and a terminator; returns the terminator written.
 wchar_t* get(const ScreenCell& cell, wchar_t* destination);
 int count(const ScreenCell& cell);
@@ -66,8 +82,5 @@ void move(ScreenCell* source, ScreenCell* destination, int64_t cellCount);
 
 } // namespace cells
 
-// Frees a cell's buffer and zero-fills the cell without counting: the part of
-// a scroll that lets a row fall off.
-void ReleaseCell(ScreenCell& cell);
 // The diagnostic: one line per counter, through the writer.
 void PrintCellCounters();

@@ -43,36 +43,35 @@ void ScreenStore::Build(int scrollBack)
     rows_ = RowRing(cells, rows, stride_);
     ScrollBack = rows;
     Attr = ResetAttr = uint16_t(ItemValue(Item::Text) | ItemValue(Item::BackGrd) << 8);
-    cells::clear_screen(cells, Attr, rows * stride_);
+    BlankRows(0, rows, Attr);
 }
 
 int ScreenStore::Columns() const { return std::clamp(ScreenWidth, 1, stride_); }
 
 int ScreenStore::ScreenRows() const { return std::clamp(ScreenHeight, 1, areaRows_); }
 
-ScreenCell* ScreenStore::ScreenCellAt(int x, int y)
+ScreenCell* ScreenStore::ScreenCellAt(int x, int y, int upTo)
 {
     int row = History() + y;
-    if (unsigned(x) < unsigned(stride_) && unsigned(row) < unsigned(Rows())) return rows_.Row(row) + x;
+    if (unsigned(x) < unsigned(stride_) && unsigned(row) < unsigned(Rows())) return rows_.Touch(row, upTo) + x;
     // Off the row: the cell where a flat array of rows would put it.
     int64_t index = int64_t(row) * stride_ + x;
     if (index < 0 || index >= int64_t(Rows()) * stride_) return nullptr;
-    return rows_.Row(int(index / stride_)) + index % stride_;
+    return rows_.Touch(int(index / stride_), stride_) + index % stride_;
 }
-
-ScreenCell* ScreenStore::CellAtCursor() { return ScreenCellAt(CursorX, CursorY); }
 
 const ScreenCell& ScreenStore::CellAt(int x, int y) const
 {
-    const ScreenCell* cell = const_cast<ScreenStore*>(this)->ScreenCellAt(x, y);
-    return cell ? *cell : kNoCell;
+    int64_t index = int64_t(History() + y) * stride_ + x;
+    if (index < 0 || index >= int64_t(Rows()) * stride_) return kNoCell;
+    return rows_.Row(int(index / stride_))[index % stride_];
 }
 
 uint16_t ScreenStore::BlankAttr() const { return uint16_t((Attr & 0xFF) | ItemValue(Item::BackGrd) << 8); }
 
 void ScreenStore::BlankRows(int first, int last, uint16_t attr)
 {
-    for (int r = std::max(first, 0); r < last && r < Rows(); ++r) cells::clear_screen(rows_.Row(r), attr, stride_);
+    for (int r = std::max(first, 0); r < last && r < Rows(); ++r) rows_.BlankRow(r, attr);
 }
 
 void ScreenStore::MarkRow(int y)
@@ -101,8 +100,7 @@ void ScreenStore::Locate(int x, int y)
 void ScreenStore::ScrollScreen()
 {
     if (Observer) Observer->RowEntered();
-    rows_.scrollup(1, 0, Rows() - 1);
-    BlankRows(Rows() - 1, Rows(), BlankAttr());
+    rows_.scrollup(1, 0, Rows() - 1, BlankAttr());
     Scrolled = 1;
     CursorX = 0;
     CursorY = ScreenRows() - 1;
@@ -118,13 +116,8 @@ void ScreenStore::ScrollRegion(int top, int bottom, int n)
     if (n != 0 && span > 0) {
         int shift = int(std::min<int64_t>(n < 0 ? -int64_t(n) : n, span));
         int first = History() + top;
-        if (n < 0) {
-            rows_.scrollup(first + shift, first, span - shift);
-            BlankRows(first + span - shift, first + span, BlankAttr());
-        } else {
-            rows_.scrolldown(first, first + shift, span - shift);
-            BlankRows(first, first + shift, BlankAttr());
-        }
+        if (n < 0) rows_.scrollup(first + shift, first, span - shift, BlankAttr());
+        else rows_.scrolldown(first, first + shift, span - shift, BlankAttr());
     }
     MarkWhole();
 }
@@ -144,7 +137,7 @@ void ScreenStore::ClearToEnd()
 {
     int row = History() + CursorY;
     if (unsigned(row) >= unsigned(Rows())) return;
-    ScreenCell* cells = rows_.Row(row);
+    ScreenCell* cells = rows_.Touch(row, Columns());
     for (int x = std::max(CursorX, 0); x < Columns(); ++x) cells::toblank(cells[x], Attr);
     MarkRow(CursorY);
 }
@@ -188,7 +181,7 @@ void ScreenStore::SetScrollBack(int rows)
     // The newest rows survive a shrink; growing leaves empty rows on top.
     int kept = std::min(rows, old);
     for (int r = 0; r < kept; ++r)
-        cells::move(rows_.Row(old - kept + r), cells + int64_t(rows - kept + r) * stride_, stride_);
+        cells::move(rows_.Touch(old - kept + r, stride_), cells + int64_t(rows - kept + r) * stride_, stride_);
     rows_ = RowRing(cells, rows, stride_);
     ScrollBack = rows;
     if (Observer) Observer->RangeChanged();
@@ -205,7 +198,7 @@ void ScreenStore::ResizeCells(int columns, int rows)
             // The cursor row stays on the new bottom row; the rows above the
             // cut fall off the screen and never reach history.
             int shift = CursorY - rows + 1;
-            rows_.scrollup(History() + shift, History(), areaRows_ - shift);
+            rows_.scrollup(History() + shift, History(), areaRows_ - shift, BlankAttr());
             CursorY = std::max(CursorY - shift, 0);
             EditY = std::max(EditY - shift, 0);
         }

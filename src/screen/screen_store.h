@@ -159,8 +159,9 @@ private:
     // The width and height in use, within what the store was built for.
     int Columns() const;
     int ScreenRows() const;
-    ScreenCell* CellAtCursor();
-    ScreenCell* ScreenCellAt(int x, int y);
+    // The cell at screen position x, y for writing, by a writer that may go
+    // on up to column upTo - 1 of that row; null outside the store.
+    ScreenCell* ScreenCellAt(int x, int y, int upTo);
     uint16_t BlankAttr() const;
     void BlankRows(int first, int last, uint16_t attr);
     void MarkRow(int y);

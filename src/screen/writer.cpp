@@ -28,6 +28,9 @@ void ScreenStore::WriteCells(const wchar_t* text)
     int width = Columns();
     int height = ScreenRows();
     int runRow = CursorY;
+    // The cell under the cursor while it is known; the next one in its row
+    // follows by one step.
+    ScreenCell* cell = nullptr;
     while (*text) {
         // The wrap waits until a character comes for the full row.
         if (CursorX >= width) {
@@ -37,16 +40,22 @@ void ScreenStore::WriteCells(const wchar_t* text)
             CursorY = NextRow(CursorY);
             ++PageLines;
             runRow = CursorY;
+            cell = nullptr;
         }
-        if (CursorY >= height) ScrollScreen();
+        if (CursorY >= height) {
+            ScrollScreen();
+            cell = nullptr;
+        }
         if (Paging && PageLines >= height - 1 && PagePause) {
             PagePause();
             width = Columns();
             height = ScreenRows();
+            cell = nullptr;
         }
-        ScreenCell* cell = CellAtCursor();
+        if (!cell) cell = ScreenCellAt(CursorX, CursorY, width);
         text = cell ? cells::set(*cell, text, Attr) : _CharNextW(text, -1, nullptr);
         ++CursorX;
+        cell = cell && CursorX > 0 && CursorX < width ? cell + 1 : nullptr;
     }
     if (Paging) return;
     if (!Scrolled) {

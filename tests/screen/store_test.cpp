@@ -224,6 +224,49 @@ TEST_F(ScreenTest, TheConsoleSeesFourBitColoursAndUnits)
     EXPECT_EQ(store->CharAtCursor(), L'q');
 }
 
+// Every cell of every row is a one-unit blank in attr.
+::testing::AssertionResult AllRowsBlank(const ScreenStore& store, uint16_t attr)
+{
+    for (int y = -store.History(); y < MaxHeight; ++y)
+        for (int x = 0; x < MaxWidth; ++x) {
+            const ScreenCell& cell = store.CellAt(x, y);
+            if (!cells::isblank(cell) || cell.Capacity != 1 || cell.Attr != attr)
+                return ::testing::AssertionFailure() << "cell " << x << ", " << y;
+        }
+    return ::testing::AssertionSuccess();
+}
+
+TEST_F(ScreenTest, RowsComingBackFromTheTopAreWholeBlankRows)
+{
+    store->ResizeCells(MaxWidth, 24);
+    store->Locate(200, 23);
+    store->Write(L"e\u0301\u0302\u0303\u0304\u0305wide");
+    uint16_t codes[4] = {0x1C, 0x1C, 0x1C, 0x1C};
+    store->WriteAttrs(MaxWidth - 2, 22, 4, codes);
+    store->Locate(3, 5);
+    store->Attr = 0x2A05;
+    store->ClearToEnd();
+    store->Locate(7, 4);
+    store->Write(L"x\u0301");
+    store->ClearScreen();
+    store->ResizeCells(80, 24);
+
+    // A full turn of the ring in a new colour: every row comes back blank.
+    store->Attr = uint16_t(5 | ItemValue(Item::BackGrd) << 8);
+    store->Locate(0, 23);
+    for (int i = 0; i < store->Rows(); ++i) store->LineFeed();
+    EXPECT_TRUE(AllRowsBlank(*store, store->Attr));
+
+    // And again in the same colour, after text in the visible columns.
+    for (int y = 0; y < 24; ++y) {
+        store->Locate(0, y);
+        store->Write(std::wstring(80, L'z').c_str());
+    }
+    store->Locate(0, 23);
+    for (int i = 0; i < store->Rows(); ++i) store->LineFeed();
+    EXPECT_TRUE(AllRowsBlank(*store, store->Attr));
+}
+
 TEST_F(ScreenTest, CountersCountEachCellOperation)
 {
     uint32_t sets = CellCounters.set;
