@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -14,6 +15,8 @@ namespace {
 
 constexpr int kLines = 1000000;
 constexpr int kLineLength = 80;
+// The machine is shared: each figure is the best of a few alternating rounds.
+constexpr int kRounds = 3;
 
 double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
 {
@@ -44,9 +47,13 @@ int main()
 {
     ScreenWidth = 80;
     ScreenHeight = 24;
-    double shortStore = WriteLines(270);
-    double fullStore = WriteLines(MaxScroll + MaxHeight);
-    std::printf("screen writer, %d lines of %d characters (1 MB = 10^6 characters)\n", kLines, kLineLength);
+    double shortStore = 0, fullStore = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        shortStore = std::max(shortStore, WriteLines(270));
+        fullStore = std::max(fullStore, WriteLines(MaxScroll + MaxHeight));
+    }
+    std::printf("screen writer, %d lines of %d characters, best of %d (1 MB = 10^6 characters)\n", kLines,
+                kLineLength, kRounds);
     std::printf("  scrollback %4d rows: %8.1f MB/s\n", 270, shortStore);
     std::printf("  scrollback %4d rows: %8.1f MB/s\n", MaxScroll + MaxHeight, fullStore);
     std::printf("  ratio full/short:     %8.2f\n", fullStore / shortStore);
