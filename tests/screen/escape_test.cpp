@@ -123,6 +123,19 @@ TEST_F(ScreenTest, SgrChangesOnlyTheByteItNames)
     EXPECT_EQ(BrightFlag, 1);
 }
 
+TEST_F(ScreenTest, TheDefaultPromptColoursPathSignAndInput)
+{
+    store->Attr = 0x0501;
+    store->WriteEscaped(L"\x1b[1;56;60mC:\\\x1b[53m>\x1b[0;57mtyped");
+    EXPECT_EQ(Row(0), L"C:\\>typed");
+    const uint8_t backGrd = ItemValue(Item::BackGrd);
+    EXPECT_EQ(store->CellAt(0, 0).Attr, ItemValue(Item::BoldText) | backGrd << 8);
+    EXPECT_EQ(store->CellAt(2, 0).Attr, ItemValue(Item::BoldText) | backGrd << 8);
+    EXPECT_EQ(store->CellAt(3, 0).Attr, ItemValue(Item::Number) | backGrd << 8);
+    EXPECT_EQ(store->CellAt(4, 0).Attr, ItemValue(Item::Text) | backGrd << 8);
+    EXPECT_EQ(BrightFlag, 0);
+}
+
 TEST_F(ScreenTest, ParseSequencesStepsBackAndReportsWhereTextGoesOn)
 {
     EscapeState state;

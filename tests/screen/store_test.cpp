@@ -267,6 +267,39 @@ TEST_F(ScreenTest, RowsComingBackFromTheTopAreWholeBlankRows)
     EXPECT_TRUE(AllRowsBlank(*store, store->Attr));
 }
 
+TEST(ScreenCells, CopyJoinsCellTextAndEmptyCellsGiveNothing)
+{
+    ScreenCell* row = cells::alloc(6);
+    ASSERT_NE(row, nullptr);
+    const wchar_t* text = L"a\u0301\u0302\u0303\u0304\u0305b\U0001F600";
+    text = cells::set(row[0], text, 7);
+    text = cells::set(row[1], text, 7);
+    text = cells::set(row[2], text, 7);
+    EXPECT_EQ(*text, 0);
+    cells::toblank(row[3], 7);
+    // row[4] stays empty; row[5] loses its buffer but keeps its capacity.
+    cells::set(row[5], L"xyz", 7);
+    cells::empty(row[5]);
+    EXPECT_EQ(row[0].Capacity, 6);
+    EXPECT_EQ(row[5].Capacity, 1);
+    EXPECT_FALSE(cells::isblank(row[4]));
+    EXPECT_FALSE(cells::isblank(row[5]));
+    EXPECT_EQ(cells::count(row[5]), 0);
+
+    EXPECT_EQ(cells::text_size(row, 6), 11);
+    wchar_t joined[16];
+    EXPECT_EQ(cells::copy_screen(row, joined, 6), 10);
+    EXPECT_EQ(std::wstring(joined), L"a\u0301\u0302\u0303\u0304\u0305b\U0001F600 ");
+
+    // A longer character grows the buffer to exactly its size.
+    cells::set(row[1], L"c\u0301\u0302", 9);
+    EXPECT_EQ(row[1].Capacity, 3);
+    EXPECT_EQ(row[1].Attr, 9);
+    cells::set(row[5], L"q", 9);
+    EXPECT_EQ(row[5].Capacity, 1);
+    cells::free(row, 6);
+}
+
 TEST_F(ScreenTest, CountersCountEachCellOperation)
 {
     uint32_t sets = CellCounters.set;
