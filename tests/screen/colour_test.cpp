@@ -3,10 +3,12 @@
 #include "screen_fixture.h"
 
 #include "app/globals.h"
+#include "app/profile/profile.h"
 #include "lang/shell_command.h"
 #include "support/ombc_runner.h"
 #include "support/temp_folder.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -67,6 +69,37 @@ TEST(Colours, HlsConversionIsTheClassicIntegerOne)
         EXPECT_LE(std::abs(int(GetGValue(back)) - int(GetGValue(colour))), 3) << std::hex << colour;
         EXPECT_LE(std::abs(int(GetBValue(back)) - int(GetBValue(colour))), 3) << std::hex << colour;
     }
+}
+
+TEST(Colours, ItemsAndPaletteComeFromTheSettingsAndGoBack)
+{
+    TempFolder folder;
+    TheProfile.SelectStore((L"INI=" + (folder / L"colours.ini")).c_str());
+    uint8_t items[kItemCount];
+    std::copy(std::begin(ItemColour), std::end(ItemColour), items);
+
+    ProfileWriteString(L"Colour40", L"Text", L"5");
+    ProfileWriteString(L"Colour40", L"Error", L"77");
+    ProfileWriteString(L"Colour40", L"DefaultScheme", L"3");
+    ProfileWriteString(L"Colour40", L"rgb07", L"123456");
+    LoadColours();
+    EXPECT_EQ(ItemValue(Item::Text), 5);
+    EXPECT_EQ(ItemValue(Item::Error), items[static_cast<int>(Item::Error)]);
+    EXPECT_EQ(DefaultScheme, 3);
+    if (PaletteEditable()) EXPECT_EQ(Palette[7], COLORREF(123456));
+    EXPECT_EQ(Palette[8], PaletteDefault[8]);
+
+    SetPaletteEntry(9, RGB(1, 2, 3));
+    EXPECT_EQ(ProfileReadInt(L"Colour40", L"rgb09", 0), int(RGB(1, 2, 3)));
+    ItemColour[static_cast<int>(Item::FileDesc)] = 12;
+    SaveItems();
+    EXPECT_EQ(ProfileReadInt(L"Colour40", L"FileDesc", 0), 12);
+    EXPECT_EQ(ProfileReadInt(L"Colour40", L"DefaultScheme", 0), 3);
+
+    std::copy(std::begin(items), std::end(items), ItemColour);
+    std::copy(std::begin(PaletteDefault), std::end(PaletteDefault), Palette);
+    DefaultScheme = 0;
+    TheProfile.SelectStore(L"INI=" L"T:\\unused.ini");
 }
 
 // Runs one line in this process and returns the attribute of the first cell
