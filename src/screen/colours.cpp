@@ -28,6 +28,11 @@ void UseItem(Item item)
     TheScreen.Attr = uint16_t((TheScreen.Attr & 0xFF00) | ItemColour[static_cast<int>(item)]);
 }
 
+void ForceBackground()
+{
+    TheScreen.Attr = uint16_t((TheScreen.Attr & 0x00FF) | (ItemValue(Item::BackGrd) << 8));
+}
+
 int ColourByName(const wchar_t* name)
 {
     struct Named {
@@ -60,7 +65,7 @@ void LoadColours()
     DefaultScheme = ProfileReadInt(kSection, L"DefaultScheme", 0);
     for (int i = 0; i < kItemCount; ++i)
         ItemColour[i] = uint8_t(PaletteIndexOr(ProfileReadInt(kSection, ItemNames[i], ItemColour[i]), ItemColour[i]));
-    TheScreen.Attr = uint16_t((TheScreen.Attr & 0x00FF) | (ItemValue(Item::BackGrd) << 8));
+    ForceBackground();
     for (int i = 0; i < kPaletteSize; ++i) Palette[i] = PaletteDefault[i];
     if (!PaletteEditable()) return;
     for (int i = 0; i < kPaletteSize; ++i) {
@@ -84,7 +89,7 @@ void SetPaletteEntry(int index, COLORREF rgb)
     wchar_t key[8];
     PaletteKey(index, key);
     ProfileWriteInt(kSection, key, int(rgb));
-    TheScreen.Attr = uint16_t((TheScreen.Attr & 0x00FF) | (ItemValue(Item::BackGrd) << 8));
+    ForceBackground();
 }
 
 void ColourPageState::Open()
@@ -111,7 +116,7 @@ void ColourPageState::Accept()
 {
     for (int i = 0; i < kItemCount; ++i) ItemColour[i] = Working[i];
     TheScreen.NewLine();
-    TheScreen.Attr = uint16_t((TheScreen.Attr & 0x00FF) | (ItemValue(Item::BackGrd) << 8));
+    ForceBackground();
     TheScreen.ClearScreen();
     SaveItems();
 }

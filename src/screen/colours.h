@@ -50,6 +50,9 @@ extern const wchar_t* const ItemNames[kItemCount];
 inline uint8_t ItemValue(Item item) { return ItemColour[static_cast<int>(item)]; }
 // Foreground of the current attribute to the item; the background stays.
 void UseItem(Item item);
+// Background of the current attribute to the BackGrd item, after a change of
+// items or palette.
+void ForceBackground();
 
 // Palette index of a colour or item name (case ignored), or -1.
 int ColourByName(const wchar_t* name);

@@ -105,7 +105,7 @@ void ScreenStore::ScrollScreen()
     CursorX = 0;
     CursorY = ScreenRows() - 1;
     --EditY;
-    ++ChangeCount;
+    MarkWhole();
 }
 
 void ScreenStore::ScrollRegion(int top, int bottom, int n)

@@ -9,7 +9,8 @@
 // narrowing the screen hides it and widening shows it again, without reflow.
 //
 // The store never draws. It records which screen rows changed (or that the
-// whole screen did) and counts changes; the window pulls that when it paints.
+// whole screen did, after any scroll) and counts changes; the window pulls
+// that when it paints, and holds back while a listing is paged (Paging).
 #pragma once
 
 #include "screen/row_ring.h"

@@ -34,7 +34,7 @@ void ScreenStore::WriteCells(const wchar_t* text)
     while (*text) {
         // The wrap waits until a character comes for the full row.
         if (CursorX >= width) {
-            if (!Paging) MarkRow(runRow);
+            MarkRow(runRow);
             if (Observer) Observer->LineCompleted(CursorY);
             CursorX = 0;
             CursorY = NextRow(CursorY);
@@ -57,13 +57,10 @@ void ScreenStore::WriteCells(const wchar_t* text)
         ++CursorX;
         cell = cell && CursorX > 0 && CursorX < width ? cell + 1 : nullptr;
     }
-    if (Paging) return;
-    if (!Scrolled) {
-        MarkRow(runRow);
-        return;
-    }
-    Scrolled = 0;
-    MarkWhole();
+    MarkRow(runRow);
+    // The scroll already marked the whole screen; a listing keeps the mark
+    // until the pager has shown its page.
+    if (!Paging) Scrolled = 0;
 }
 
 void ScreenStore::LineFeed()
