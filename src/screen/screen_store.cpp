@@ -57,7 +57,7 @@ ScreenCell* ScreenStore::ScreenCellAt(int x, int y, int upTo)
     // Off the row: the cell where a flat array of rows would put it.
     int64_t index = int64_t(row) * stride_ + x;
     if (index < 0 || index >= int64_t(Rows()) * stride_) return nullptr;
-    return rows_.Touch(int(index / stride_), stride_) + index % stride_;
+    return rows_.Touch(int(index / stride_), upTo > 0 ? stride_ : 0) + index % stride_;
 }
 
 const ScreenCell& ScreenStore::CellAt(int x, int y) const

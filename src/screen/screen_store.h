@@ -160,15 +160,15 @@ private:
     // The width and height in use, within what the store was built for.
     int Columns() const;
     int ScreenRows() const;
-    // The cell at screen position x, y for writing, by a writer that may go
-    // on up to column upTo - 1 of that row; null outside the store.
+    // The cell at screen position x, y for a writer that may go on up to
+    // column upTo - 1 of that row (0: for reading); null outside the store.
     ScreenCell* ScreenCellAt(int x, int y, int upTo);
     uint16_t BlankAttr() const;
     void BlankRows(int first, int last, uint16_t attr);
     void MarkRow(int y);
     void MarkWhole();
     // Console emulation's walk over the screen from x, y.
-    template <class Step> int WalkScreen(int x, int y, int count, Step step);
+    template <class Step> int WalkScreen(int x, int y, int count, int reach, Step step);
     void WriteNumber(wchar_t* digits);
 
     RowRing rows_;
