@@ -1,7 +1,6 @@
 #include "screen/row_ring.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 RowRing::RowRing(ScreenCell* cells, int rows, int stride) : cells_(cells), rows_(rows), stride_(stride)
@@ -54,8 +53,7 @@ void RowRing::RecycleRows(int first, int last, uint16_t attr)
         int upTo = slot.BlankAttr == attr ? slot.DirtyTo : stride_;
         for (int x = 0; x < upTo; ++x) {
             ScreenCell& cell = slot.Cells[x];
-            if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
-            cell.HasBuffer = 0;
+            ReleaseText(cell);
             cell.Capacity = 0;
         }
         cells::clear_screen(slot.Cells, attr, upTo);

@@ -5,40 +5,81 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 CellCounterSet CellCounters;
 int RunBufferSize = 128;
 
 namespace {
 
+// Long texts by number. The table is never destroyed: cells of the global
+// store still hand their texts back while the process ends.
+struct LongTextTable {
+    std::vector<wchar_t*> Texts;
+    std::vector<uint32_t> Unused;
+};
+
+LongTextTable& LongTexts()
+{
+    static LongTextTable* table = new LongTextTable;
+    return *table;
+}
+
+uint32_t NewLongText(int units)
+{
+    LongTextTable& table = LongTexts();
+    auto* text = static_cast<wchar_t*>(std::malloc(sizeof(wchar_t) * size_t(units)));
+    if (table.Unused.empty()) {
+        table.Texts.push_back(text);
+        return uint32_t(table.Texts.size() - 1);
+    }
+    uint32_t number = table.Unused.back();
+    table.Unused.pop_back();
+    table.Texts[number] = text;
+    return number;
+}
+
 // Makes room for units units; the buffer keeps its size when it is big enough.
 wchar_t* Reserve(ScreenCell& cell, int units)
 {
-    if (cell.HasBuffer && cell.Capacity >= units) return cell.Units();
-    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
-    cell.HasBuffer = 1;
+    if (cell.HasBuffer() && cell.Capacity >= units) return cell.Units();
+    ReleaseText(cell);
     cell.Capacity = uint16_t(units);
+    cell.LongText = 0;
     if (units <= kInlineUnits) return cell.Inline;
-    cell.Heap = static_cast<wchar_t*>(std::malloc(sizeof(wchar_t) * size_t(units)));
-    return cell.Heap;
+    cell.LongText = NewLongText(units);
+    return LongTextUnits(cell.LongText);
 }
 
 // toblank without the counter.
 void Blank(ScreenCell& cell, uint16_t attr)
 {
     cell.Attr = attr;
-    if (cell.HasBuffer && cell.Capacity > kInlineUnits) {
-        cell.Heap[0] = L' ';
-        for (int i = 1; i < cell.Capacity; ++i) cell.Heap[i] = 0;
+    bool hasBuffer = cell.HasBuffer();
+    if (hasBuffer && cell.Capacity > kInlineUnits) {
+        wchar_t* units = LongTextUnits(cell.LongText);
+        units[0] = L' ';
+        for (int i = 1; i < cell.Capacity; ++i) units[i] = 0;
         return;
     }
-    if (!cell.HasBuffer) cell.Capacity = 1;
-    cell.HasBuffer = 1;
-    std::memset(cell.Inline, 0, sizeof(cell.Inline));
+    if (!hasBuffer) cell.Capacity = 1;
+    cell.LongText = 0;
     cell.Inline[0] = L' ';
 }
 
 } // namespace
+
+wchar_t* LongTextUnits(uint32_t number) { return LongTexts().Texts[number]; }
+
+void ReleaseText(ScreenCell& cell)
+{
+    if (!cell.HasBuffer() || cell.Capacity <= kInlineUnits) return;
+    LongTextTable& table = LongTexts();
+    std::free(table.Texts[cell.LongText]);
+    table.Texts[cell.LongText] = nullptr;
+    table.Unused.push_back(cell.LongText);
+    cell.LongText = kNoBuffer;
+}
 
 bool IsSingleUnit(const wchar_t* text)
 {
@@ -67,9 +108,8 @@ namespace cells {
 void empty(ScreenCell& cell)
 {
     ++CellCounters.empty;
-    if (cell.HasBuffer && cell.Capacity > kInlineUnits) std::free(cell.Heap);
-    cell.HasBuffer = 0;
-    cell.Heap = nullptr;
+    ReleaseText(cell);
+    cell.LongText = kNoBuffer;
 }
 
 wchar_t* get(const ScreenCell& cell, wchar_t* destination)

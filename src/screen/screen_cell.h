@@ -6,31 +6,49 @@
 // at the front, zeros behind it, and no terminator when the character fills
 // the buffer exactly. Capacity only grows while the buffer lives, so the
 // normal write path reuses the buffer and allocates nothing. Buffers of up to
-// kInlineUnits units live inside the cell itself (nearly every character),
-// longer ones on the heap; either way the cell behaves as one owned buffer.
+// two units (every plain character and every surrogate pair) live inside the
+// cell itself; longer ones are long texts, kept in a table on the heap and
+// named by their number. Either way the cell behaves as one owned buffer, and
+// a cell takes eight bytes, which keeps a full scrollback small.
 //
-// An empty cell (no buffer) only comes from zero-filled memory; it shows as
-// nothing, is not blank, and adds no text to a copy. Cells are plain bytes:
-// arrays of them are moved bytewise, so a buffer changes owner, never copies.
+// An empty cell (no buffer) comes from zero-filled memory, or from empty,
+// which keeps the capacity and marks the buffer as gone. It shows as nothing,
+// is not blank, and adds no text to a copy. Cells are plain bytes: arrays of
+// them are moved bytewise, so a buffer changes owner, never copies.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 
-constexpr int kInlineUnits = int(sizeof(void*)) / int(sizeof(wchar_t));
+constexpr int kInlineUnits = 2;
+// The text bits of a cell whose buffer was emptied. No character is stored
+// so: two U+FFFF units are two characters, never one.
+constexpr uint32_t kNoBuffer = 0xFFFFFFFF;
+
+// The units of a long text.
+wchar_t* LongTextUnits(uint32_t number);
 
 struct ScreenCell {
     uint16_t Attr;
     uint16_t Capacity;
-    uint8_t HasBuffer;
     union {
         wchar_t Inline[kInlineUnits];
-        wchar_t* Heap;
+        uint32_t LongText;
     };
 
+    uint32_t TextBits() const
+    {
+        uint32_t bits;
+        std::memcpy(&bits, Inline, sizeof(bits));
+        return bits;
+    }
+    bool HasBuffer() const { return Capacity != 0 && TextBits() != kNoBuffer; }
     // The buffer of Capacity units, or null for an empty cell.
-    const wchar_t* Units() const { return !HasBuffer ? nullptr : Capacity <= kInlineUnits ? Inline : Heap; }
-    wchar_t* Units() { return !HasBuffer ? nullptr : Capacity <= kInlineUnits ? Inline : Heap; }
+    const wchar_t* Units() const
+    {
+        return !HasBuffer() ? nullptr : Capacity <= kInlineUnits ? Inline : LongTextUnits(LongText);
+    }
+    wchar_t* Units() { return const_cast<wchar_t*>(static_cast<const ScreenCell*>(this)->Units()); }
 };
 
 // Calls of each cell operation since the start of the process; a diagnostic
@@ -55,7 +73,7 @@ void empty(ScreenCell& cell);
 // this is the per-character path of all output.
 inline const wchar_t* set(ScreenCell& cell, const wchar_t* text, uint16_t attr)
 {
-    if (!cell.HasBuffer || cell.Capacity > kInlineUnits || !IsSingleUnit(text))
+    if (!cell.HasBuffer() || cell.Capacity > kInlineUnits || !IsSingleUnit(text))
         return SetCharacter(cell, text, attr);
     ++CellCounters.set;
     std::memset(cell.Inline, 0, sizeof(cell.Inline));
@@ -82,5 +100,7 @@ void move(ScreenCell* source, ScreenCell* destination, int64_t cellCount);
 
 } // namespace cells
 
+// Frees a long text without counting; the cell keeps its other bytes.
+void ReleaseText(ScreenCell& cell);
 // The diagnostic: one line per counter, through the writer.
 void PrintCellCounters();

@@ -86,7 +86,9 @@ TEST(Colours, ItemsAndPaletteComeFromTheSettingsAndGoBack)
     EXPECT_EQ(ItemValue(Item::Text), 5);
     EXPECT_EQ(ItemValue(Item::Error), items[static_cast<int>(Item::Error)]);
     EXPECT_EQ(DefaultScheme, 3);
-    if (PaletteEditable()) EXPECT_EQ(Palette[7], COLORREF(123456));
+    if (PaletteEditable()) {
+        EXPECT_EQ(Palette[7], COLORREF(123456));
+    }
     EXPECT_EQ(Palette[8], PaletteDefault[8]);
 
     SetPaletteEntry(9, RGB(1, 2, 3));

@@ -295,6 +295,10 @@ TEST(ScreenCells, CopyJoinsCellTextAndEmptyCellsGiveNothing)
     cells::set(row[1], L"c\u0301\u0302", 9);
     EXPECT_EQ(row[1].Capacity, 3);
     EXPECT_EQ(row[1].Attr, 9);
+    cells::set(row[2], L"d\u0301\u0302\u0303", 9);
+    cells::set(row[0], L"e\u0301\u0302\u0303\u0304\u0305\u0306", 9);
+    EXPECT_EQ(cells::copy_screen(row, joined, 3), 14);
+    EXPECT_EQ(std::wstring(joined), L"e\u0301\u0302\u0303\u0304\u0305\u0306c\u0301\u0302d\u0301\u0302\u0303");
     cells::set(row[5], L"q", 9);
     EXPECT_EQ(row[5].Capacity, 1);
     cells::free(row, 6);
