@@ -50,6 +50,7 @@ struct ScreenCell {
     }
     wchar_t* Units() { return const_cast<wchar_t*>(static_cast<const ScreenCell*>(this)->Units()); }
 };
+static_assert(sizeof(ScreenCell) == 8, "a cell is two 16-bit fields and 32 bits of text");
 
 // Calls of each cell operation since the start of the process; a diagnostic
 // prints them.

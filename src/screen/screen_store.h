@@ -100,8 +100,9 @@ public:
     void WriteCells(const wchar_t* text);
     // Control characters and escape sequences (output_filter.cpp).
     void WriteEscaped(const wchar_t* text);
-    // A run of escape sequences at text; returns the text behind them, or
-    // text itself when a sequence is unknown.
+    // {BS} {ESC "[" parameters final} at text: backspaces step left, then the
+    // sequences act; returns the text behind them, or the first ESC when a
+    // sequence is unknown.
     const wchar_t* ParseSequences(EscapeState& state, const wchar_t* text);
     // Output of a captured console program: with filter set only printable
     // units are kept; clearBreak first clears BreakFlag (output_filter.cpp).
