@@ -137,7 +137,9 @@ TEST_F(ScreenTest, HandEditedLimitsAreClampedBeforeTheStoreIsBuilt)
     EXPECT_EQ(MaxHeight, kMaxHeightLimit);
     EXPECT_EQ(MaxScroll, 0);
 
-    ScreenStore narrow(7);
+    settings.Set(L"ScrollBack", L"-7");
+    ScreenStore narrow;
+    EXPECT_EQ(MaxWidth, kMinWidth);
     EXPECT_EQ(narrow.Rows(), 2 * MaxHeight + 30);
     // The global width asks for more than a row holds: rows wrap at the stride.
     narrow.Write(Repeat(L"x", 130).c_str());
@@ -149,7 +151,9 @@ TEST_F(ScreenTest, HandEditedLimitsAreClampedBeforeTheStoreIsBuilt)
     settings.Set(L"MaxWidth", L"100000");
     settings.Set(L"MaxHeight", L"0");
     settings.Set(L"MaxScroll", L"99999999");
-    LoadScreenLimits();
+    settings.Set(L"ScrollBack", L"2147483647");
+    ScreenStore huge;
+    EXPECT_EQ(huge.Rows(), kMaxScrollLimit + kMinHeight);
     EXPECT_EQ(MaxWidth, kMaxWidthLimit);
     EXPECT_EQ(MaxHeight, kMinHeight);
     EXPECT_EQ(MaxScroll, kMaxScrollLimit);
