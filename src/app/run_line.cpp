@@ -50,6 +50,7 @@ void RunTopLevelLine()
     CommandRunning = 1;
     TheShell.Terminate = 0;
     TheShell.EchoOn = 1;
+    TheScreen.ResetAttr = TheScreen.Attr;
     ConvertUnixInput(TheEditor.Submitted);
     EchoConvertedLine(TheEditor.Submitted);
     TheShell.RunLine(TheEditor.Submitted);

@@ -116,7 +116,7 @@ void PromptState::Print()
             flush();
             std::wstring sequence;
             p = TakeSequence(p, sequence);
-            WritePromptEscape(sequence.c_str());
+            TheScreen.WriteEscaped(sequence.c_str());
             break;
         }
         case L'f': pending += L')'; break;

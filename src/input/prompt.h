@@ -19,7 +19,3 @@ public:
 };
 
 extern PromptState ThePrompt;
-
-// Hands one escape sequence (ESC, "[", parameters, final unit) to the screen
-// writer's escape path, which applies it to the screen.
-void WritePromptEscape(const wchar_t* sequence);

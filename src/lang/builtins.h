@@ -5,6 +5,7 @@
 void CmdCalc();
 void CmdCall();
 void CmdCallproc();
+void CmdColour();
 void CmdData();
 void CmdEcho();
 void CmdEnd();

@@ -261,7 +261,7 @@ void CmdIf()
     wchar_t* statement = ChooseStatement(condition);
     if (!statement) return;
     if (*statement == L'@') ++statement;
-    TheScreen.Attr = TheShell.StageAttr;
+    TheScreen.Attr = TheScreen.ResetAttr;
     CommandArgs.Parse(statement);
     TheShell.ExecuteStatement(TheShell.Batch, L"");
     // The chosen statement settled ErrorLevel its own way.

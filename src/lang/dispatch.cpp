@@ -28,6 +28,8 @@ const CommandEntry kCommands[] = {
     {L"cbset", nullptr, NeedsBatch},
     {L"cbtext", nullptr, NeedsBatch},
     {L"check", nullptr, NeedsBatch},
+    {L"color", CmdColour, 0},
+    {L"colour", CmdColour, 0},
     {L"data", CmdData, KeepsLevel},
     {L"dlgbox", nullptr, NeedsBatch},
     {L"dlgend", nullptr, NeedsBatch},

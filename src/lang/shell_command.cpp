@@ -115,9 +115,6 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
     CharLowerW(word);
 
     KeepErrorLevel = 0;
-    uint16_t colour = TheScreen.Attr;
-    uint16_t outerStageAttr = StageAttr;
-    StageAttr = colour;
     TheScreen.BreakFlag = 0;
     if (++StatementCounter > 256) StatementCounter = 0;
     BatchProgram* outer = Batch;
@@ -132,8 +129,8 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
     }
 
     Batch = outer;
-    StageAttr = outerStageAttr;
-    TheScreen.Attr = colour;
+    // The colour of a statement ends with it; the colour command moves ResetAttr too.
+    TheScreen.Attr = TheScreen.ResetAttr;
     if (Terminate == 0 && TheScreen.BreakFlag) Terminate = 1;
     if (!KeepErrorLevel) SetCommandResult();
     TheScreen.BreakFlag = 0;

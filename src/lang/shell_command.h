@@ -23,8 +23,6 @@ public:
     int32_t Terminate = 0;
     // Set by a handler that manages ErrorLevel itself; cleared every stage.
     int32_t KeepErrorLevel = 0;
-    // The colour when the running stage started; restored after it.
-    uint16_t StageAttr = 0;
     // The data/read list used when no batch program runs.
     DataList TopData;
     // The batch program whose statement is running, or null at the prompt.

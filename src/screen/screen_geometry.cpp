@@ -1,0 +1,27 @@
+#include "screen/screen_geometry.h"
+
+#include <algorithm>
+#include <cstdint>
+
+int ScreenWidth = 80;
+int ScreenHeight = 24;
+int ScrollBack = 270;
+
+void LoadScreenLimits()
+{
+    MaxWidth = std::clamp(ProfileReadInt(L"Ombrel", L"MaxWidth", 220), kMinWidth, kMaxWidthLimit);
+    MaxHeight = std::clamp(ProfileReadInt(L"Ombrel", L"MaxHeight", 120), kMinHeight, kMaxHeightLimit);
+    MaxScroll = std::clamp(ProfileReadInt(L"Ombrel", L"MaxScroll", 2500), 0, kMaxScrollLimit);
+}
+
+int ClampScrollBack(int rows)
+{
+    int64_t history = int64_t(rows) - MaxHeight;
+    if (history > MaxScroll) return MaxScroll + MaxHeight;
+    if (history < MaxHeight + 30) return 2 * MaxHeight + 30;
+    return rows;
+}
+
+int ClampColumns(int columns) { return std::max(std::min(columns, MaxWidth), kMinWidth); }
+
+int ClampRows(int rows) { return std::max(std::min(rows, MaxHeight), kMinHeight); }
