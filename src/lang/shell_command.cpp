@@ -7,6 +7,7 @@
 #include "lang/batch_program.h"
 #include "lang/command_args.h"
 #include "lang/dispatch.h"
+#include "lang/redirect.h"
 #include "lang/splitter.h"
 #include "screen/screen_store.h"
 
@@ -77,7 +78,19 @@ void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source) { E
 void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
 {
     TheErrors.ErrorFlag = 0;
-    RunOneCommand(batch, source);
+    StatementRedirects redirects;
+    // The stage text lives in the splitter's buffer, which the scan rewrites.
+    int more = redirects.Scan(const_cast<wchar_t*>(CommandArgs.WholeLine));
+    for (;;) {
+        if (more < 0) {
+            ReportId(35);
+            SetCommandResult();
+            return;
+        }
+        RunOneCommand(batch, source);
+        if (more == 0 || TheErrors.ErrorFlag) return;
+        more = redirects.NextStage();
+    }
 }
 
 void ShellCommand::ChangeDrive()
