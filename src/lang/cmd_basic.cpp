@@ -1,5 +1,5 @@
 // Small commands of the interpreter itself: rem, verify, timer, seed, exit,
-// end, tips, help and echo.
+// end, tips and help.
 #include "app/errors.h"
 #include "app/globals.h"
 #include "app/help_link.h"
@@ -128,29 +128,4 @@ void CmdHelp()
     }
     if (CommandArgs.ArgCount == 0) HelpLink(HelpShow, nullptr);
     else HelpLink(HelpKeyword, CommandArgs.Args[0]);
-}
-
-void CmdEcho()
-{
-    const wchar_t* text = SkipWhiteW(CommandArgs.Tail);
-    if (!*text) {
-        UseItem(Item::Text);
-        TheScreen.Write(L"echo is ");
-        UseItem(Item::HighText);
-        TheScreen.Write(TheShell.EchoOn ? L"ON" : L"OFF");
-        TheScreen.NewLine();
-        return;
-    }
-    if (CommandArgs.ArgCount == 1 && !CommandArgs.Switches[0]) {
-        if (lstrcmpiW(CommandArgs.Args[0], L"on") == 0) {
-            TheShell.EchoOn = 1;
-            return;
-        }
-        if (lstrcmpiW(CommandArgs.Args[0], L"off") == 0) {
-            TheShell.EchoOn = 0;
-            return;
-        }
-    }
-    TheScreen.Write(CommandArgs.Tail);
-    TheScreen.NewLine();
 }

@@ -1,0 +1,97 @@
+// Console-style commands driven with keys from standard input: output forms,
+// questions, input into variables, cursor and box drawing, sleep.
+#include "support/ombc_runner.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+std::wstring Lines(const std::string& input, const std::wstring& folder = L"")
+{
+    return JoinLines(RunOmbcIn(folder, L"", input).Output);
+}
+
+TEST(Console, EchoSayAndTheFilter)
+{
+    EXPECT_EQ(Lines("echo\necho off\necho\n"), L"echo is ON\necho is ON\n");
+    EXPECT_EQ(Lines("echo on off\necho   \n"), L"on off\necho is ON\n");
+    EXPECT_EQ(Lines("echo.\necho. x\necho.x\n"), L"\nx\nBad command or file name\n\n");
+    EXPECT_EQ(Lines("say a\nsay b\necho c\n"), L"abc\n");
+    // Control characters act on the screen: a tab pads to the next stop.
+    EXPECT_EQ(Lines("echo a\tb\n"), L"a       b\n");
+    // Escape sequences move the cursor instead of printing.
+    EXPECT_EQ(Lines("echo ab\x1b[1Dc\n"), L"ac\n");
+}
+
+TEST(Console, AskSetsErrorLevelFromTheAnswer)
+{
+    EXPECT_EQ(RunOmbc(L"", "ask\ny").ExitCode, 0);
+    OmbcResult no = RunOmbc(L"", "ask Sure?\nxn");
+    EXPECT_EQ(no.ExitCode, 1);
+    EXPECT_EQ(JoinLines(no.Output), L"Sure?N\n\n");
+    EXPECT_EQ(JoinLines(RunOmbc(L"", "ask\nY").Output), L"Continue (Y/N)?Y\n\n");
+    // The end of input is Ctrl-C: neither answer, a break, level 1.
+    OmbcResult broken = RunOmbc(L"", "ask\n");
+    EXPECT_EQ(broken.ExitCode, 1);
+    // if errorlevel sees what ask left.
+    EXPECT_EQ(Lines("ask\nnif errorlevel 1 echo said no\n"), L"Continue (Y/N)?N\n\nsaid no\n");
+}
+
+TEST(Console, PauseWaitsAndCtrlCBreaksABatch)
+{
+    EXPECT_EQ(Lines("pause\nxecho after\n"), L"Press any key to continue . . .\nafter\n");
+    EXPECT_EQ(Lines("pause Hit it\nxecho after\n"), L"Hit it\nafter\n");
+    TempFolder f;
+    f.WriteBytes(L"p.bat", "@echo off\r\npause\r\necho never\r\n");
+    // No key at all: Ctrl-C, then the question, answered yes by Ctrl-C too.
+    std::wstring out = JoinLines(RunOmbcIn(f.Path(), L"/C p.bat").Output);
+    EXPECT_EQ(out.find(L"never"), std::wstring::npos) << out;
+    EXPECT_NE(out.find(L"Terminate Batch at line 2 (Y/N)?"), std::wstring::npos) << out;
+}
+
+TEST(Console, GetkeyGetstrGetnumStoreTheirVariables)
+{
+    EXPECT_EQ(Lines("getkey\nzecho [%GETKEY%]\n"), L"z[z]\n");
+    EXPECT_EQ(Lines("getstr Name? \nJoe Bloggs\necho [%GETSTR%]\n"), L"Name? \n[Joe Bloggs]\n");
+    EXPECT_EQ(Lines("getnum\n12.5\necho [%GETNUM%]\n"), L"\n[12.5]\n");
+    EXPECT_EQ(Lines("set GETNUM=old\ngetnum\n12x\necho [%GETNUM%]\n"), L"\n[]\n");
+    // At the end of input the variable is deleted.
+    EXPECT_EQ(Lines("set GETSTR=old\ngetstr\n"), L"^C\n");
+
+    // With input redirected, one line per call until the file runs out.
+    TempFolder f;
+    f.WriteBytes(L"in.txt", "first\r\nsecond\r\n");
+    f.WriteBytes(L"read.bat", "@echo off\r\n"
+                              "getstr < in.txt\r\necho [%GETSTR%]\r\n");
+    EXPECT_EQ(JoinLines(RunOmbcIn(f.Path(), L"/C read.bat").Output), L"[first]\n");
+    for (const char* encoding : {"le", "be", "u8"}) {
+        std::string bytes = encoding == std::string("le")   ? std::string("\xFF\xFE" "h\0i\0\r\0\n\0", 10)
+                            : encoding == std::string("be") ? std::string("\xFE\xFF\0h\0i\0\r\0\n", 10)
+                                                            : std::string("hi\r\n");
+        f.WriteBytes(L"enc.txt", bytes);
+        EXPECT_EQ(Lines("getstr < enc.txt\necho [%GETSTR%]\n", f.Path()), L"[hi]\n") << encoding;
+    }
+}
+
+TEST(Console, LocateAndBox)
+{
+    EXPECT_EQ(Lines("locate 5\n"), L"Syntax Error\n\n");
+    EXPECT_EQ(Lines("box 1 1 5\n"), L"Syntax Error\n\n");
+    // Too narrow, a bad style or a negative corner draw nothing.
+    EXPECT_EQ(Lines("box 1 1 1 5\nbox 0 0 3 3 6\nbox -1 0 3 3\n"), L"");
+    EXPECT_EQ(Lines("box 0 0 3 2\n"), L"\x250C\x2500\x2500\x2510\n\x2502  \x2502\n\x2514\x2500\x2500\x2518\n");
+    EXPECT_EQ(Lines("box 2 0 4 1 2\n"), L"  \x2554\x2550\x2557\n  \x255A\x2550\x255D\n");
+}
+
+TEST(Console, SleepAndBeepArguments)
+{
+    EXPECT_EQ(Lines("sleep\nsleep 1 2\nsleep /x 1\n"),
+              L"Invalid number of parameters\n\nInvalid number of parameters\n\nInvalid switch\n\n");
+    EXPECT_EQ(RunOmbc(L"/C \"sleep 0\"").ExitCode, 0);
+    EXPECT_EQ(Lines("beep 440 10 880\nbeep 440 1\n"), L"");
+}
+
+} // namespace
