@@ -57,11 +57,13 @@ const CommandEntry kCommands[] = {
     {L"lbinsert", nullptr, NeedsBatch},
     {L"lbset", nullptr, NeedsBatch},
     {L"lbtext", nullptr, NeedsBatch},
+    {L"let", CmdLet, KeepsLevel},
     {L"proc", nullptr, NeedsBatch | KeepsLevel},
     {L"radio", nullptr, NeedsBatch},
     {L"rem", CmdRem, KeepsLevel},
     {L"return", nullptr, IgnoredAtPrompt | KeepsLevel},
     {L"seed", CmdSeed, KeepsLevel},
+    {L"set", CmdSet, KeepsLevel},
     {L"setfocus", nullptr, NeedsBatch},
     {L"settext", nullptr, NeedsBatch},
     {L"shift", nullptr, IgnoredAtPrompt | KeepsLevel},
@@ -70,6 +72,7 @@ const CommandEntry kCommands[] = {
     {L"timer", CmdTimer, 0},
     {L"tips", CmdTips, 0},
     {L"verify", CmdVerify, 0},
+    {L"xset", CmdXset, KeepsLevel},
 };
 
 // What help and command completion offer. "modules" names no command and
