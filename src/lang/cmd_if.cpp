@@ -7,6 +7,7 @@
 #include "lang/command_args.h"
 #include "lang/expr.h"
 #include "lang/shell_command.h"
+#include "lang/variables.h"
 #include "screen/screen_store.h"
 
 #include <cwchar>
@@ -81,8 +82,10 @@ bool WindowExists(wchar_t* text, bool byClass, Condition& c)
 bool VariableDefined(const wchar_t* name)
 {
     if (!*name) return false;
+    wchar_t resolved[kValueMax];
+    ResolveSubscripts(name, resolved, kValueMax);
     wchar_t value[2];
-    return GetEnvironmentVariableW(name, value, 2) > 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;
+    return GetEnvironmentVariableW(resolved, value, 2) > 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;
 }
 
 // "(" expression ")" rest: an integer is true when its low 32 bits are not 0.

@@ -6,6 +6,7 @@
 #include "lang/builtins.h"
 #include "lang/command_args.h"
 #include "lang/shell_command.h"
+#include "lang/variables.h"
 
 #include <memory>
 #include <vector>
@@ -102,9 +103,9 @@ void CmdRead()
         return;
     }
     if (data.ReadIndex >= data.Items.size() || data.Items[data.ReadIndex].empty()) {
-        SetEnvironmentVariableW(L"READ", nullptr);
+        SetVariable(L"READ", nullptr);
         if (data.ReadIndex < data.Items.size()) ++data.ReadIndex;
         return;
     }
-    SetEnvironmentVariableW(L"READ", data.Items[data.ReadIndex++].c_str());
+    SetVariable(L"READ", data.Items[data.ReadIndex++].c_str());
 }

@@ -71,6 +71,7 @@ const CommandEntry kCommands[] = {
     {L"lbinsert", nullptr, NeedsBatch},
     {L"lbset", nullptr, NeedsBatch},
     {L"lbtext", nullptr, NeedsBatch},
+    {L"let", CmdLet, KeepsLevel},
     {L"locate", CmdLocate, KeepsLevel},
     {L"pause", CmdPause, KeepsLevel | WaitsForUser},
     {L"proc", CmdProc, NeedsBatch | KeepsLevel},
@@ -81,6 +82,7 @@ const CommandEntry kCommands[] = {
     {L"return", CmdReturn, IgnoredAtPrompt | KeepsLevel},
     {L"say", CmdSay, KeepsLevel},
     {L"seed", CmdSeed, KeepsLevel},
+    {L"set", CmdSet, KeepsLevel},
     {L"setfocus", nullptr, NeedsBatch},
     {L"setlocal", CmdSetlocal, KeepsLevel},
     {L"settext", nullptr, NeedsBatch},
@@ -91,6 +93,7 @@ const CommandEntry kCommands[] = {
     {L"timer", CmdTimer, 0},
     {L"tips", CmdTips, 0},
     {L"verify", CmdVerify, 0},
+    {L"xset", CmdXset, KeepsLevel},
 };
 
 // What help and command completion offer. "modules" names no command and

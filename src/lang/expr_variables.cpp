@@ -1,27 +1,19 @@
-// How the evaluator and calc reach variables: plain environment access, kept
-// apart so that the language's own variable store can take its place.
+// How the evaluator and calc reach variables: through the language's own
+// variable rules (dotted names are arrays), but never the internal variables,
+// which an expression must not see.
 #include "lang/expr_internal.h"
 
-#include "app/errors.h"
+#include "lang/variables.h"
 
-#include <windows.h>
+#include <memory>
 
 std::wstring ReadExprVariable(const std::wstring& name)
 {
-    std::wstring value(64, L'\0');
-    for (;;) {
-        DWORD length = GetEnvironmentVariableW(name.c_str(), value.data(), DWORD(value.size()));
-        if (length < value.size()) {
-            value.resize(length);
-            return value;
-        }
-        value.resize(length); // too small: length is the size needed, terminator included
-    }
+    wchar_t resolved[kValueMax];
+    ResolveSubscripts(name.c_str(), resolved, kValueMax);
+    auto value = std::make_unique<wchar_t[]>(kValueMax);
+    int length = ReadVariable(resolved, value.get(), kValueMax);
+    return std::wstring(value.get(), size_t(length));
 }
 
-bool AssignExprVariable(const wchar_t* name, const wchar_t* value)
-{
-    if (SetEnvironmentVariableW(name, value)) return true;
-    ReportId(4);
-    return false;
-}
+bool AssignExprVariable(const wchar_t* name, const wchar_t* value) { return SetVariable(name, value); }

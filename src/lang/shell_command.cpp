@@ -48,11 +48,28 @@ void ShellCommand::RunCommandLine(const wchar_t* line)
     CommandArgs.Parse(saved.get());
 }
 
+// Groups, if, for, loops and batch programs all nest by running statements
+// from inside a statement, and the language sets no limit of its own. The
+// stack does: a line of 4095 "(" alone would nest 4095 deep. Past this depth
+// a statement is refused with "Out of memory", as a failed command, instead
+// of letting the stack overflow; ordinary nesting stays far below it.
+constexpr int kMaxStatementDepth = 1024;
+static int statementDepth = 0;
+
 void ShellCommand::ExecuteStatement(BatchProgram* batch, const wchar_t* source)
 {
+    if (statementDepth >= kMaxStatementDepth) {
+        ReportId(13);
+        if (Terminate == 0) Terminate = 1;
+        SetCommandResult();
+        TheScreen.BreakFlag = 0;
+        return;
+    }
+    ++statementDepth;
     const wchar_t* command = CommandArgs.Command;
     if ((command[0] == L'(' || command[0] == L'{') && command[1] == 0) ExecuteGroup(batch, source);
     else ExecuteSimple(batch, source);
+    --statementDepth;
 }
 
 void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)

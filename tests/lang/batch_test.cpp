@@ -81,10 +81,11 @@ TEST(Batch, CallReturnsButChainingReplacesTheCaller)
 TEST(Batch, EchoShowsPromptAndLineUnlessSilenced)
 {
     TempFolder f;
-    f.WriteBytes(L"loud.bat", "echo hi\r\n@echo quiet\r\n echo.\r\n");
+    // "@" counts only in the very first column.
+    f.WriteBytes(L"loud.bat", "echo hi\r\n@echo quiet\r\n @echo x\r\n");
     std::wstring out = RunIn(f, L"loud.bat");
     std::wstring prompt = f.Path() + L">";
-    EXPECT_EQ(out, prompt + L"echo hi\nhi\nquiet\n" + prompt + L" echo.\nBad command or file name\n\n" +
+    EXPECT_EQ(out, prompt + L"echo hi\nhi\nquiet\n" + prompt + L" @echo x\nBad command or file name\n\n" +
                        L"Terminate Batch at line 3 (Y/N)?\n");
     // echo off in a child holds for the caller too.
     f.WriteBytes(L"p.bat", "@call q.bat\r\necho from p\r\n");

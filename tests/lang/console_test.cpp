@@ -19,11 +19,13 @@ TEST(Console, EchoSayAndTheFilter)
     EXPECT_EQ(Lines("echo\necho off\necho\n"), L"echo is ON\necho is ON\n");
     EXPECT_EQ(Lines("echo on off\necho   \n"), L"on off\necho is ON\n");
     EXPECT_EQ(Lines("echo.\necho. x\necho.x\n"), L"\nx\nBad command or file name\n\n");
-    EXPECT_EQ(Lines("say a\nsay b\necho c\n"), L"abc\n");
-    // Control characters act on the screen: a tab pads to the next stop.
-    EXPECT_EQ(Lines("echo a\tb\n"), L"a       b\n");
+    EXPECT_EQ(Lines("say a&say b&echo c\n"), L"abc\n");
+    // Typed, each line's Enter ends the screen line.
+    EXPECT_EQ(Lines("say a\nsay b\n"), L"a\nb\n");
     // Escape sequences move the cursor instead of printing.
-    EXPECT_EQ(Lines("echo ab\x1b[1Dc\n"), L"ac\n");
+    TempFolder f;
+    f.WriteBytes(L"esc.bat", "@echo off\r\necho ab\x1b[1Dc\r\nsay x\r\nsay y\r\necho.\r\n");
+    EXPECT_EQ(JoinLines(RunOmbcIn(f.Path(), L"/C esc.bat").Output), L"ac\nxy\n");
 }
 
 TEST(Console, AskSetsErrorLevelFromTheAnswer)
@@ -54,10 +56,11 @@ TEST(Console, PauseWaitsAndCtrlCBreaksABatch)
 
 TEST(Console, GetkeyGetstrGetnumStoreTheirVariables)
 {
-    EXPECT_EQ(Lines("getkey\nzecho [%GETKEY%]\n"), L"z[z]\n");
-    EXPECT_EQ(Lines("getstr Name? \nJoe Bloggs\necho [%GETSTR%]\n"), L"Name? \n[Joe Bloggs]\n");
-    EXPECT_EQ(Lines("getnum\n12.5\necho [%GETNUM%]\n"), L"\n[12.5]\n");
-    EXPECT_EQ(Lines("set GETNUM=old\ngetnum\n12x\necho [%GETNUM%]\n"), L"\n[]\n");
+    // The key shows; the next line's Enter ends its screen line.
+    EXPECT_EQ(Lines("getkey\nzecho [%GETKEY%]\n"), L"z\n[z]\n");
+    EXPECT_EQ(Lines("getstr Name? \nJoe Bloggs\necho [%GETSTR%]\n"), L"Name?\n[Joe Bloggs]\n");
+    EXPECT_EQ(Lines("getnum\n12.5\necho [%GETNUM%]\n"), L"[12.5]\n");
+    EXPECT_EQ(Lines("set GETNUM=old\ngetnum\n12x\necho [%GETNUM%]\n"), L"[]\n");
     // At the end of input the variable is deleted.
     EXPECT_EQ(Lines("set GETSTR=old\ngetstr\n"), L"^C\n");
 

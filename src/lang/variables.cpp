@@ -1,0 +1,175 @@
+#include "lang/variables.h"
+
+#include "app/errors.h"
+#include "app/toolkit/omdib.h"
+#include "lang/internal_vars.h"
+
+#include <algorithm>
+#include <memory>
+
+int ReadVariable(const wchar_t* name, wchar_t* buffer, int size)
+{
+    buffer[0] = 0;
+    if (!*name) return 0;
+    DWORD n = GetEnvironmentVariableW(name, buffer, DWORD(size));
+    if (n < DWORD(size)) return int(n);
+    // Too long for the caller: read it whole, keep what fits.
+    auto whole = std::make_unique<wchar_t[]>(n);
+    DWORD got = GetEnvironmentVariableW(name, whole.get(), n);
+    if (got == 0 || got >= n) {
+        buffer[0] = 0;
+        return 0;
+    }
+    CopyCutW(buffer, whole.get(), size);
+    return lstrlenW(buffer);
+}
+
+bool SetVariable(const wchar_t* name, const wchar_t* value)
+{
+    if (value && !*value) value = nullptr;
+    if (SetEnvironmentVariableW(name, value)) return true;
+    // Deleting what does not exist is no failure.
+    if (!value && GetLastError() == ERROR_ENVVAR_NOT_FOUND) return true;
+    ReportId(4);
+    return false;
+}
+
+static bool AllDigits(const wchar_t* from, const wchar_t* to)
+{
+    if (from == to) return false;
+    for (; from < to; ++from)
+        if (*from < L'0' || *from > L'9') return false;
+    return true;
+}
+
+// name := base { "." part }; a part of digits stands, any other part is the
+// value of the variable it names.
+const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
+{
+    const wchar_t* point = name;
+    while (*point && *point != L'.') ++point;
+    if (!*point) return CopyCutW(buffer, name, size);
+
+    int n = 0;
+    auto put = [&](const wchar_t* from, const wchar_t* to) {
+        for (; from < to && n < size - 1; ++from) buffer[n++] = *from;
+    };
+    put(name, point);
+    auto value = std::make_unique<wchar_t[]>(kValueMax);
+    auto partName = std::make_unique<wchar_t[]>(kValueMax);
+    while (*point == L'.') {
+        const wchar_t* part = point + 1;
+        const wchar_t* end = part;
+        while (*end && *end != L'.') ++end;
+        put(point, part);
+        if (part == end) break; // a trailing point is kept once
+        if (AllDigits(part, end)) {
+            put(part, end);
+        } else {
+            int length = std::min(int(end - part), kValueMax - 1);
+            CopyCutW(partName.get(), part, length + 1);
+            int got = ReadVariable(partName.get(), value.get(), kValueMax);
+            put(value.get(), value.get() + got);
+        }
+        point = end;
+    }
+    buffer[n] = 0;
+    return buffer;
+}
+
+// Parses [+|-]digits at p into value; end receives the stop. False when no
+// digit stands there.
+static bool ReadDecimal(const wchar_t* p, int64_t& value, const wchar_t*& end)
+{
+    value = lstrtoi64W(p, &end, 10);
+    return end != p;
+}
+
+static int64_t Clamp(int64_t value, int64_t low, int64_t high) { return std::max(low, std::min(value, high)); }
+
+// ~start[,length]: negative start counts from the end, negative length stops
+// that far before the end.
+static bool ApplySubstring(wchar_t* value, const wchar_t* spec)
+{
+    int64_t length = lstrlenW(value);
+    int64_t start, count;
+    const wchar_t* p;
+    if (!ReadDecimal(spec, start, p)) return false;
+    if (start < 0) start = length + start;
+    start = Clamp(start, 0, length);
+    int64_t stop = length;
+    if (*p == L',') {
+        if (!ReadDecimal(p + 1, count, p)) return false;
+        stop = count >= 0 ? start + count : length + count;
+        stop = std::max(Clamp(stop, 0, length), start);
+    }
+    if (*p) return false;
+    int64_t kept = stop - start;
+    std::copy(value + start, value + stop, value);
+    value[kept] = 0;
+    return true;
+}
+
+// find=replace: every case-blind occurrence, left to right, no rescanning.
+static bool ApplyReplacement(wchar_t* value, const wchar_t* spec, const wchar_t* equals)
+{
+    int findLength = int(equals - spec);
+    if (findLength == 0) return false;
+    auto find = std::make_unique<wchar_t[]>(size_t(findLength) + 1);
+    CopyCutW(find.get(), spec, findLength + 1);
+    const wchar_t* replacement = equals + 1;
+    auto result = std::make_unique<wchar_t[]>(kValueMax);
+    int n = 0;
+    auto put = [&](wchar_t c) {
+        if (n < kValueMax - 2) result[size_t(n++)] = c;
+    };
+    const wchar_t* p = value;
+    while (*p) {
+        const wchar_t* hit = lstrstriW(p, find.get());
+        if (!hit) hit = p + lstrlenW(p);
+        for (; p < hit; ++p) put(*p);
+        if (!*p) break;
+        for (const wchar_t* r = replacement; *r; ++r) put(*r);
+        p += findLength;
+    }
+    result[size_t(n)] = 0;
+    CopyCutW(value, result.get(), kValueMax);
+    return true;
+}
+
+bool ApplyColonSpec(wchar_t* value, const wchar_t* spec)
+{
+    for (const wchar_t* p = spec; *p; ++p)
+        if (*p == L'=') return ApplyReplacement(value, spec, p);
+    if (*spec == L'~') return ApplySubstring(value, spec + 1);
+    return false;
+}
+
+// The environment under the resolved name, else an internal variable.
+static void ValueOf(const wchar_t* name, wchar_t* buffer)
+{
+    auto resolved = std::make_unique<wchar_t[]>(kValueMax);
+    ResolveSubscripts(name, resolved.get(), kValueMax);
+    if (ReadVariable(resolved.get(), buffer, kValueMax) == 0) ResolveInternalVariable(name, buffer, kValueMax);
+}
+
+const wchar_t* LookupVariable(const wchar_t* name, wchar_t* buffer)
+{
+    auto resolved = std::make_unique<wchar_t[]>(kValueMax);
+    ResolveSubscripts(name, resolved.get(), kValueMax);
+    // A whole name that is set wins, even when it holds a colon.
+    if (ReadVariable(resolved.get(), buffer, kValueMax) > 0) return buffer;
+
+    const wchar_t* colon = nullptr;
+    for (const wchar_t* p = name; *p; ++p)
+        if (*p == L':') colon = p;
+    if (!colon) {
+        ResolveInternalVariable(name, buffer, kValueMax);
+        return buffer;
+    }
+    auto base = std::make_unique<wchar_t[]>(kValueMax);
+    CopyCutW(base.get(), name, int(std::min<ptrdiff_t>(colon - name + 1, kValueMax)));
+    ValueOf(base.get(), buffer);
+    if (!buffer[0] || !ApplyColonSpec(buffer, colon + 1)) return nullptr;
+    return buffer;
+}
