@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <string>
 
 namespace {
@@ -200,6 +202,40 @@ TEST(Batch, EveryEncodingRunsTheSame)
     // Without a mark the file is read in the code page; plain ASCII is the same.
     f.WriteBytes(L"cp.bat", "@echo off\r\necho plain\r\n");
     EXPECT_EQ(RunIn(f, L"cp.bat"), L"plain\n");
+}
+
+} // namespace
+
+namespace {
+
+TEST(Batch, RunawayCallsAndVanishingFilesEndCleanly)
+{
+    TempFolder f;
+    // A program that calls itself forever stops at the nesting limit with a
+    // message instead of running out of stack.
+    f.WriteBytes(L"self.bat", "@call self.bat\r\n");
+    // The error brings the question once; yes ends every level.
+    OmbcResult r = RunOmbcIn(f.Path(), L"", "self.bat\ny\necho shell still up\n");
+    std::wstring out = JoinLines(r.Output);
+    EXPECT_NE(out.find(L"Out of memory"), std::wstring::npos) << out.substr(0, 300);
+    EXPECT_NE(out.find(L"shell still up"), std::wstring::npos);
+
+    // The whole file is read before it runs: deleting it meanwhile changes nothing.
+    f.WriteBytes(L"gone.bat", "@echo off\r\necho before\r\nsleep 2\r\necho after\r\n");
+    std::wstring path = f / L"gone.bat";
+    HANDLE thread = CreateThread(
+        nullptr, 0,
+        [](void* name) -> DWORD {
+            Sleep(1000);
+            DeleteFileW(static_cast<const wchar_t*>(name));
+            return 0;
+        },
+        const_cast<wchar_t*>(path.c_str()), 0, nullptr);
+    r = RunOmbcIn(f.Path(), L"/C gone.bat");
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+    EXPECT_FALSE(f.Exists(L"gone.bat"));
+    EXPECT_EQ(JoinLines(r.Output), L"before\nafter\n");
 }
 
 } // namespace
