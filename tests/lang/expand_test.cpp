@@ -216,6 +216,12 @@ TEST(Expand, TildeForms)
     EXPECT_EQ(ExpandBatch(batch, L"%~z1"), L"1,234 ");
     EXPECT_EQ(ExpandBatch(batch, L"%~zf1"), L"1,234 " + file);
     EXPECT_EQ(ExpandBatch(batch, L"[%~z4]"), L"[]");
+    // s gives the short form of the same file; the parts apply to it.
+    std::wstring shortPath = ExpandBatch(batch, L"%~s1");
+    wchar_t longPath[MAX_PATH] = {};
+    GetLongPathNameW(shortPath.c_str(), longPath, MAX_PATH);
+    EXPECT_EQ(lstrcmpiW(longPath, file.c_str()), 0) << shortPath;
+    EXPECT_EQ(ExpandBatch(batch, L"%~sd1"), shortPath.substr(0, 2));
     // No modifier and no selector: the form vanishes.
     EXPECT_EQ(ExpandBatch(batch, L"[%~]"), L"[]");
 
