@@ -26,7 +26,8 @@ public:
     const wchar_t* WholeLine = Empty();
 
     // text [blanks] first-word [one separator] tail: sets WholeLine and Tail.
-    // The directory fix (cd\, cd.., chdir/) is applied to the text in place.
+    // The directory fix (cd\, cd.., chdir/) is applied to the text in place,
+    // which must therefore sit in a line buffer of 4096 units.
     void ParseTail(wchar_t* text);
     // Fills Command, Args and Switches from text; text itself is not changed.
     void ParseWords(const wchar_t* text);

@@ -25,7 +25,8 @@ const wchar_t* ReadDollar(const wchar_t* p, TildeModifiers& m)
     while (*colon && *colon != L':' && !IsWhite(*colon)) ++colon;
     if (*colon != L':') return p;
     m.dollar = 1;
-    CopyCutW(m.dollarName, p, int(colon - p) + 1);
+    int length = int(colon - p) < 4095 ? int(colon - p) : 4095;
+    CopyCutW(m.dollarName, p, length + 1);
     return colon + 1;
 }
 

@@ -89,12 +89,12 @@ static int64_t Clamp(int64_t value, int64_t low, int64_t high) { return std::max
 
 // ~start[,length]: negative start counts from the end, negative length stops
 // that far before the end.
-static bool ApplySubstring(wchar_t* value, const wchar_t* spec)
+static bool ApplySubstring(wchar_t* value, const wchar_t* form)
 {
     int64_t length = lstrlenW(value);
     int64_t start, count;
     const wchar_t* p;
-    if (!ReadDecimal(spec, start, p)) return false;
+    if (!ReadDecimal(form, start, p)) return false;
     if (start < 0) start = length + start;
     start = Clamp(start, 0, length);
     int64_t stop = length;
@@ -111,12 +111,12 @@ static bool ApplySubstring(wchar_t* value, const wchar_t* spec)
 }
 
 // find=replace: every case-blind occurrence, left to right, no rescanning.
-static bool ApplyReplacement(wchar_t* value, const wchar_t* spec, const wchar_t* equals)
+static bool ApplyReplacement(wchar_t* value, const wchar_t* form, const wchar_t* equals)
 {
-    int findLength = int(equals - spec);
+    int findLength = int(equals - form);
     if (findLength == 0) return false;
     auto find = std::make_unique<wchar_t[]>(size_t(findLength) + 1);
-    CopyCutW(find.get(), spec, findLength + 1);
+    CopyCutW(find.get(), form, findLength + 1);
     const wchar_t* replacement = equals + 1;
     auto result = std::make_unique<wchar_t[]>(kValueMax);
     int n = 0;
@@ -137,11 +137,11 @@ static bool ApplyReplacement(wchar_t* value, const wchar_t* spec, const wchar_t*
     return true;
 }
 
-bool ApplyColonSpec(wchar_t* value, const wchar_t* spec)
+bool ApplyColonForm(wchar_t* value, const wchar_t* form)
 {
-    for (const wchar_t* p = spec; *p; ++p)
-        if (*p == L'=') return ApplyReplacement(value, spec, p);
-    if (*spec == L'~') return ApplySubstring(value, spec + 1);
+    for (const wchar_t* p = form; *p; ++p)
+        if (*p == L'=') return ApplyReplacement(value, form, p);
+    if (*form == L'~') return ApplySubstring(value, form + 1);
     return false;
 }
 
@@ -170,6 +170,6 @@ const wchar_t* LookupVariable(const wchar_t* name, wchar_t* buffer)
     auto base = std::make_unique<wchar_t[]>(kValueMax);
     CopyCutW(base.get(), name, int(std::min<ptrdiff_t>(colon - name + 1, kValueMax)));
     ValueOf(base.get(), buffer);
-    if (!buffer[0] || !ApplyColonSpec(buffer, colon + 1)) return nullptr;
+    if (!buffer[0] || !ApplyColonForm(buffer, colon + 1)) return nullptr;
     return buffer;
 }

@@ -21,7 +21,7 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
 // then the internal variables, then the colon forms :~start,length and
 // :find=replace. Null when the text of the reference is to stay as it stands.
 const wchar_t* LookupVariable(const wchar_t* name, wchar_t* buffer);
-// Applies the colon spec behind the last colon of a reference to a non-empty
-// value, in place (value holds kValueMax units). False when the spec is
+// Applies the colon form behind the last colon of a reference to a non-empty
+// value, in place (value holds kValueMax units). False when the form is
 // malformed or its search part empty.
-bool ApplyColonSpec(wchar_t* value, const wchar_t* spec);
+bool ApplyColonForm(wchar_t* value, const wchar_t* form);

@@ -92,7 +92,7 @@ TEST(Expand, SubstringsAndReplacement)
 {
     ScopedVariables vars{{L"OMBT_H", L"hello"}};
     struct Case {
-        const wchar_t* spec;
+        const wchar_t* form;
         const wchar_t* out;
     } cases[] = {
         {L"~-2", L"lo"},      {L"~1,2", L"el"},     {L"~1,-1", L"ell"},  {L"~0", L"hello"},
@@ -102,13 +102,13 @@ TEST(Expand, SubstringsAndReplacement)
         {L"~99999999999999999999", L""},           {L"~-99999999999999999999,2", L"he"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(Expand(std::wstring(L"%OMBT_H:") + c.spec + L"%"), c.out) << c.spec;
-    // Malformed specs, an empty search and trailing junk leave the text alone.
-    for (const wchar_t* spec : {L"~1x", L"~", L"~1,", L"~1,2x", L"", L"x", L"=y", L"~a"}) {
-        std::wstring reference = std::wstring(L"%OMBT_H:") + spec + L"%";
-        EXPECT_EQ(Expand(reference), reference) << spec;
+        EXPECT_EQ(Expand(std::wstring(L"%OMBT_H:") + c.form + L"%"), c.out) << c.form;
+    // Malformed forms, an empty search and trailing junk leave the text alone.
+    for (const wchar_t* form : {L"~1x", L"~", L"~1,", L"~1,2x", L"", L"x", L"=y", L"~a"}) {
+        std::wstring reference = std::wstring(L"%OMBT_H:") + form + L"%";
+        EXPECT_EQ(Expand(reference), reference) << form;
     }
-    // The last colon separates the spec; a whole name that is set wins.
+    // The last colon separates the form; a whole name that is set wins.
     ScopedVariables colon{{L"OMBT_C:~1", L"whole"}, {L"OMBT_C:X", L"abc"}};
     EXPECT_EQ(Expand(L"%OMBT_C:~1%"), L"whole");
     EXPECT_EQ(Expand(L"%OMBT_C:X:~1%"), L"bc");
@@ -216,6 +216,12 @@ TEST(Expand, TildeForms)
     EXPECT_EQ(ExpandBatch(batch, L"%~z1"), L"1,234 ");
     EXPECT_EQ(ExpandBatch(batch, L"%~zf1"), L"1,234 " + file);
     EXPECT_EQ(ExpandBatch(batch, L"[%~z4]"), L"[]");
+    // s gives the short form of the same file; the parts apply to it.
+    std::wstring shortPath = ExpandBatch(batch, L"%~s1");
+    wchar_t longPath[MAX_PATH] = {};
+    GetLongPathNameW(shortPath.c_str(), longPath, MAX_PATH);
+    EXPECT_EQ(lstrcmpiW(longPath, file.c_str()), 0) << shortPath;
+    EXPECT_EQ(ExpandBatch(batch, L"%~sd1"), shortPath.substr(0, 2));
     // No modifier and no selector: the form vanishes.
     EXPECT_EQ(ExpandBatch(batch, L"[%~]"), L"[]");
 
