@@ -11,7 +11,7 @@
 
 #include <cstring>
 
-wchar_t GroupBuffer[kLineMax];
+GroupJoiner OpenGroup;
 int CopySwallowsCtrlC = 0;
 int ReadCopySwallowsCtrlC = 0;
 int CaretHidden = 0;

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "app/toolkit/omdib.h"
+#include "lang/group_join.h"
 #include "input/redirected_input.h"
 
 #include <span>
@@ -83,9 +84,8 @@ private:
 
 extern CommandLineEditor TheEditor;
 
-// The lines of an unfinished group so far, joined with CharSplit; empty when
-// no group is open.
-extern wchar_t GroupBuffer[kLineMax];
+// The lines of an unfinished group so far; empty when no group is open.
+extern GroupJoiner OpenGroup;
 // The Ctrl-C key press copied a selection, so its character is dropped (at
 // the prompt, and in a line read).
 extern int CopySwallowsCtrlC;

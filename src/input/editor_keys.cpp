@@ -24,8 +24,6 @@ constexpr wchar_t kCtrlZ = 0x1A;
 constexpr wchar_t kEsc = 0x1B;
 constexpr int kPromptLimit = kLineMax - 1;
 
-bool IsOpening(wchar_t unit) { return unit == L'(' || unit == L'{'; }
-bool IsClosing(wchar_t unit) { return unit == L')' || unit == L'}'; }
 
 } // namespace
 
@@ -171,7 +169,7 @@ int CommandLineEditor::ReadEditorChar(wchar_t unit, unsigned modifiers)
 void CommandLineEditor::BreakAtPrompt()
 {
     // The typed text stays on the screen; the new prompt starts an empty line.
-    GroupBuffer[0] = 0;
+    OpenGroup.Clear();
     Links->ResetHistoryNavigation();
     Host->HideCaret();
     TheScreen.ShowBreak();
@@ -198,31 +196,22 @@ int CommandLineEditor::Enter()
     const wchar_t* first = SkipWhiteW(Submitted);
     if (!*first) {
         // Blanks alone neither run nor end an open group.
-        if (GroupBuffer[0]) ShowMorePrompt();
+        if (!OpenGroup.Empty()) ShowMorePrompt();
         else ShowPrompt();
         return 0;
     }
-    int groupLength = lstrlenW(GroupBuffer);
-    // The separator added behind the previous line must not stand before a
-    // closing bracket.
-    if (IsClosing(*first) && groupLength > 0) GroupBuffer[--groupLength] = 0;
-    if (groupLength + lstrlenW(Submitted) >= kLineMax) {
+    GroupJoiner::Result joined = OpenGroup.Add(Submitted);
+    if (joined == GroupJoiner::Result::TooLong) {
+        OpenGroup.Clear();
         ReportId(59);
         ShowPrompt();
-        GroupBuffer[0] = 0;
         return 0;
     }
-    lstrcatW(GroupBuffer, Submitted);
     Links->AddHistory(Submitted);
-    if (!GetGroupW(GroupBuffer)) {
-        CopyCutW(Submitted, GroupBuffer, kLineMax);
-        GroupBuffer[0] = 0;
+    if (joined == GroupJoiner::Result::Complete) {
+        CopyCutW(Submitted, OpenGroup.Text(), kLineMax);
+        OpenGroup.Clear();
         return 1;
-    }
-    groupLength = lstrlenW(GroupBuffer);
-    if (!IsClosing(*first) && !IsOpening(CharLastW(GroupBuffer)) && groupLength < kLineMax - 1) {
-        GroupBuffer[groupLength] = CharSplit;
-        GroupBuffer[groupLength + 1] = 0;
     }
     ShowMorePrompt();
     return 0;

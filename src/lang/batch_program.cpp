@@ -7,6 +7,7 @@
 #include "app/run_line.h"
 #include "lang/command_args.h"
 #include "lang/expand.h"
+#include "lang/group_join.h"
 #include "lang/shell_command.h"
 #include "lang/splitter.h"
 #include "lang/text_stream.h"
@@ -18,8 +19,6 @@
 namespace {
 
 constexpr int kLongestLine = kLineMax - 1;
-
-bool IsBlankLine(const std::wstring& line) { return line.find_first_not_of(L" \t") == std::wstring::npos; }
 
 bool StartsWithWordI(const std::wstring& text, const wchar_t* word)
 {
@@ -35,12 +34,6 @@ std::wstring WordAt(const std::wstring& text, size_t from)
 {
     const wchar_t* start = SkipWhiteW(text.c_str() + std::min(from, text.size()));
     return std::wstring(start, SkipAlphaW(start));
-}
-
-wchar_t LastNonBlank(const std::wstring& text)
-{
-    size_t end = text.find_last_not_of(L" \t");
-    return end == std::wstring::npos ? 0 : text[end];
 }
 
 } // namespace
@@ -75,33 +68,30 @@ bool BatchProgram::Analyse(std::vector<std::wstring>& raw)
 {
     Lines.assign(raw.size(), BatchLine());
     for (size_t i = 0; i < raw.size(); ++i) Lines[i].Raw = raw[i];
+    auto joiner = std::make_unique<GroupJoiner>();
     for (size_t i = 0; i < raw.size(); ++i) {
-        if (IsBlankLine(raw[i])) continue;
-        if (int(raw[i].size()) > kLongestLine) {
-            ReportId(59);
-            return false;
-        }
-        std::wstring text = raw[i];
+        if (IsBlankLine(raw[i].c_str())) continue;
         size_t first = i;
-        while (GetGroupW(text.c_str())) {
+        joiner->Clear();
+        for (;;) {
+            GroupJoiner::Result joined = int(raw[i].size()) > kLongestLine ? GroupJoiner::Result::TooLong
+                                                                          : joiner->Add(raw[i].c_str());
+            if (joined == GroupJoiner::Result::TooLong) {
+                ReportId(59);
+                return false;
+            }
+            if (joined == GroupJoiner::Result::Complete) break;
             do ++i;
-            while (i < raw.size() && IsBlankLine(raw[i]));
+            while (i < raw.size() && IsBlankLine(raw[i].c_str()));
             if (i >= raw.size()) {
                 ReportId(38);
                 return false;
             }
-            wchar_t lead = *SkipWhiteW(raw[i].c_str());
-            wchar_t last = LastNonBlank(text);
-            if (lead != L')' && lead != L'}' && last != L'(' && last != L'{') text += CharSplit;
-            text += raw[i];
-            if (int(text.size()) > kLongestLine) {
-                ReportId(59);
-                return false;
-            }
         }
         BatchLine& line = Lines[first];
-        line.Joined = text;
+        line.Joined = joiner->Text();
         line.Runs = true;
+        const std::wstring& text = line.Joined;
         if (text.size() > 1 && text[0] == L':' && !IsWhite(text[1])) line.Label = WordAt(text, 1);
         if (StartsWithWordI(text, L"proc")) line.Procedure = WordAt(text, 4);
         if (StartsWithWordI(text, L"endproc")) line.EndOfProcedure = true;

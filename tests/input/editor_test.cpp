@@ -146,14 +146,14 @@ TEST_F(EditorTest, GroupOverSeveralLinesAsksMoreAndRunsOnce)
     EXPECT_EQ(Row(4), L"a");
     EXPECT_EQ(Row(5), L"b");
     EXPECT_EQ(Row(6), L">");
-    EXPECT_EQ(GroupBuffer[0], 0);
+    EXPECT_TRUE(OpenGroup.Empty());
     EXPECT_EQ(CommandRunning, 0);
 
     // A group opened behind an opening bracket needs no separator, and one
     // on a single line runs at once.
     Type(L"echo x & (");
     EXPECT_EQ(EnterAndRun(), 0);
-    EXPECT_STREQ(GroupBuffer, L"echo x & (");
+    EXPECT_STREQ(OpenGroup.Text(), L"echo x & (");
     Type(L"echo y)");
     EXPECT_EQ(TheEditor.EditorChar(L'\r'), 1);
     EXPECT_STREQ(TheEditor.Submitted, L"echo x & (echo y)");
@@ -167,7 +167,7 @@ TEST_F(EditorTest, GroupTooLongForItsBufferIsDroppedWhole)
     EXPECT_EQ(EnterAndRun(), 0);
     TheEditor.TypeLine((L"echo " + std::wstring(1100, L'b') + L")").c_str(), false);
     EXPECT_EQ(EnterAndRun(), 0);
-    EXPECT_EQ(GroupBuffer[0], 0);
+    EXPECT_TRUE(OpenGroup.Empty());
     EXPECT_EQ(Row(TheScreen.CursorY - 2), message);
     EXPECT_EQ(Row(TheScreen.CursorY), L">");
     // The next line starts afresh.
@@ -215,7 +215,7 @@ TEST_F(EditorTest, CtrlCMidLineKeepsTheTextAndStartsAfresh)
     EXPECT_EQ(Row(1), L"More? echo he^Co");
     EXPECT_EQ(Row(2), L">");
     EXPECT_EQ(Line(), L"");
-    EXPECT_EQ(GroupBuffer[0], 0);
+    EXPECT_TRUE(OpenGroup.Empty());
     ExpectCaret(1, 2);
 
     // Nothing of the dropped group runs later.

@@ -65,7 +65,7 @@ protected:
         TheScreen.ClearScreen();
         TheUnixMode.Unix = 0;
         TheUnixMode.Display = 0;
-        GroupBuffer[0] = 0;
+        OpenGroup.Clear();
         CaretHidden = 0;
         TheEditor.InsertMode = 1;
         TheEditor.EndOfInput = 0;

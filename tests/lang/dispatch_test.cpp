@@ -196,3 +196,14 @@ TEST(Dispatch, OverlongAndUnbalancedLinesNeverCrash)
 }
 
 } // namespace
+
+namespace {
+
+TEST(Dispatch, SeedGivesTheSameSequenceEveryTime)
+{
+    // x = x * 22695477 + 1, bits 16 to 30: seed 1 gives 346, then 130.
+    OmbcResult r = RunOmbc(L"", "seed 1\necho %random%;%random%\nseed 1\necho %random%\n");
+    EXPECT_EQ(JoinLines(r.Output), L"346;130\n346\n");
+}
+
+} // namespace

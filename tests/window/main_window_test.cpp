@@ -34,6 +34,16 @@ struct Child {
         CloseHandle(info.hThread);
     }
     bool EndsWithin(DWORD ms) const { return WaitForSingleObject(info.hProcess, ms) == WAIT_OBJECT_0; }
+    // Start-up runs with CommandRunning set, when a close is refused; so ask
+    // again, as a user would, until the program ends.
+    bool ClosesWithin(HWND window, DWORD ms) const
+    {
+        for (DWORD waited = 0; waited < ms; waited += 250) {
+            PostMessageW(window, WM_CLOSE, 0, 0);
+            if (EndsWithin(250)) return true;
+        }
+        return false;
+    }
 };
 
 void Start(Child& child, const std::wstring& arguments)
@@ -95,11 +105,8 @@ TEST(MainWindow, StartsTitledAndClosesWhenIdle)
     ASSERT_NE(secondWindow, nullptr);
     GetWindowTextW(secondWindow, title, 64);
     EXPECT_STREQ(title, L"Ombrel\u00AE:2");
-    PostMessageW(secondWindow, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(second.EndsWithin(20000));
-
-    PostMessageW(window, WM_CLOSE, 0, 0);
-    ASSERT_TRUE(child.EndsWithin(20000));
+    EXPECT_TRUE(second.ClosesWithin(secondWindow, 20000));
+    ASSERT_TRUE(child.ClosesWithin(window, 20000));
     // Only the first instance saved its place.
     std::wstring settings = folder.ReadText(L"w.ini");
     EXPECT_NE(settings.find(L"XOrigin="), std::wstring::npos);

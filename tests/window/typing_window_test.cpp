@@ -42,7 +42,7 @@ protected:
         Pump(); // whatever creation and earlier tests left behind
         CommandRunning = 0;
         InputMode = 0;
-        GroupBuffer[0] = 0;
+        OpenGroup.Clear();
         TheEditor.InsertMode = 1;
         TheScreen.BreakFlag = 0;
         TheScreen.ClearScreen();
