@@ -9,19 +9,14 @@
 
 namespace {
 
-std::wstring Lines(const std::string& input, const std::wstring& folder = L"")
-{
-    return JoinLines(RunOmbcIn(folder, L"", input).Output);
-}
-
 TEST(Console, EchoSayAndTheFilter)
 {
-    EXPECT_EQ(Lines("echo\necho off\necho\n"), L"echo is ON\necho is ON\n");
-    EXPECT_EQ(Lines("echo on off\necho   \n"), L"on off\necho is ON\n");
-    EXPECT_EQ(Lines("echo.\necho. x\necho.x\n"), L"\nx\nBad command or file name\n\n");
-    EXPECT_EQ(Lines("say a&say b&echo c\n"), L"abc\n");
+    EXPECT_EQ(TypedOutput("echo\necho off\necho\n"), L"echo is ON\necho is ON\n");
+    EXPECT_EQ(TypedOutput("echo on off\necho   \n"), L"on off\necho is ON\n");
+    EXPECT_EQ(TypedOutput("echo.\necho. x\necho.x\n"), L"\nx\nBad command or file name\n\n");
+    EXPECT_EQ(TypedOutput("say a&say b&echo c\n"), L"abc\n");
     // Typed, each line's Enter ends the screen line.
-    EXPECT_EQ(Lines("say a\nsay b\n"), L"a\nb\n");
+    EXPECT_EQ(TypedOutput("say a\nsay b\n"), L"a\nb\n");
     // Escape sequences move the cursor instead of printing.
     TempFolder f;
     f.WriteBytes(L"esc.bat", "@echo off\r\necho ab\x1b[1Dc\r\nsay x\r\nsay y\r\necho.\r\n");
@@ -39,13 +34,13 @@ TEST(Console, AskSetsErrorLevelFromTheAnswer)
     OmbcResult broken = RunOmbc(L"", "ask\n");
     EXPECT_EQ(broken.ExitCode, 1);
     // if errorlevel sees what ask left.
-    EXPECT_EQ(Lines("ask\nnif errorlevel 1 echo said no\n"), L"Continue (Y/N)?N\n\nsaid no\n");
+    EXPECT_EQ(TypedOutput("ask\nnif errorlevel 1 echo said no\n"), L"Continue (Y/N)?N\n\nsaid no\n");
 }
 
 TEST(Console, PauseWaitsAndCtrlCBreaksABatch)
 {
-    EXPECT_EQ(Lines("pause\nxecho after\n"), L"Press any key to continue . . .\nafter\n");
-    EXPECT_EQ(Lines("pause Hit it\nxecho after\n"), L"Hit it\nafter\n");
+    EXPECT_EQ(TypedOutput("pause\nxecho after\n"), L"Press any key to continue . . .\nafter\n");
+    EXPECT_EQ(TypedOutput("pause Hit it\nxecho after\n"), L"Hit it\nafter\n");
     TempFolder f;
     f.WriteBytes(L"p.bat", "@echo off\r\npause\r\necho never\r\n");
     // No key at all: Ctrl-C, then the question, answered yes by Ctrl-C too.
@@ -57,12 +52,12 @@ TEST(Console, PauseWaitsAndCtrlCBreaksABatch)
 TEST(Console, GetkeyGetstrGetnumStoreTheirVariables)
 {
     // The key shows; the next line's Enter ends its screen line.
-    EXPECT_EQ(Lines("getkey\nzecho [%GETKEY%]\n"), L"z\n[z]\n");
-    EXPECT_EQ(Lines("getstr Name? \nJoe Bloggs\necho [%GETSTR%]\n"), L"Name?\n[Joe Bloggs]\n");
-    EXPECT_EQ(Lines("getnum\n12.5\necho [%GETNUM%]\n"), L"[12.5]\n");
-    EXPECT_EQ(Lines("set GETNUM=old\ngetnum\n12x\necho [%GETNUM%]\n"), L"[]\n");
+    EXPECT_EQ(TypedOutput("getkey\nzecho [%GETKEY%]\n"), L"z\n[z]\n");
+    EXPECT_EQ(TypedOutput("getstr Name? \nJoe Bloggs\necho [%GETSTR%]\n"), L"Name?\n[Joe Bloggs]\n");
+    EXPECT_EQ(TypedOutput("getnum\n12.5\necho [%GETNUM%]\n"), L"[12.5]\n");
+    EXPECT_EQ(TypedOutput("set GETNUM=old\ngetnum\n12x\necho [%GETNUM%]\n"), L"[]\n");
     // At the end of input the variable is deleted.
-    EXPECT_EQ(Lines("set GETSTR=old\ngetstr\n"), L"^C\n");
+    EXPECT_EQ(TypedOutput("set GETSTR=old\ngetstr\n"), L"^C\n");
 
     // With input redirected, one line per call until the file runs out.
     TempFolder f;
@@ -75,26 +70,26 @@ TEST(Console, GetkeyGetstrGetnumStoreTheirVariables)
                             : encoding == std::string("be") ? std::string("\xFE\xFF\0h\0i\0\r\0\n", 10)
                                                             : std::string("hi\r\n");
         f.WriteBytes(L"enc.txt", bytes);
-        EXPECT_EQ(Lines("getstr < enc.txt\necho [%GETSTR%]\n", f.Path()), L"[hi]\n") << encoding;
+        EXPECT_EQ(TypedOutput("getstr < enc.txt\necho [%GETSTR%]\n", f.Path()), L"[hi]\n") << encoding;
     }
 }
 
 TEST(Console, LocateAndBox)
 {
-    EXPECT_EQ(Lines("locate 5\n"), L"Syntax Error\n\n");
-    EXPECT_EQ(Lines("box 1 1 5\n"), L"Syntax Error\n\n");
+    EXPECT_EQ(TypedOutput("locate 5\n"), L"Syntax Error\n\n");
+    EXPECT_EQ(TypedOutput("box 1 1 5\n"), L"Syntax Error\n\n");
     // Too narrow, a bad style or a negative corner draw nothing.
-    EXPECT_EQ(Lines("box 1 1 1 5\nbox 0 0 3 3 6\nbox -1 0 3 3\n"), L"");
-    EXPECT_EQ(Lines("box 0 0 3 2\n"), L"\x250C\x2500\x2500\x2510\n\x2502  \x2502\n\x2514\x2500\x2500\x2518\n");
-    EXPECT_EQ(Lines("box 2 0 4 1 2\n"), L"  \x2554\x2550\x2557\n  \x255A\x2550\x255D\n");
+    EXPECT_EQ(TypedOutput("box 1 1 1 5\nbox 0 0 3 3 6\nbox -1 0 3 3\n"), L"");
+    EXPECT_EQ(TypedOutput("box 0 0 3 2\n"), L"\x250C\x2500\x2500\x2510\n\x2502  \x2502\n\x2514\x2500\x2500\x2518\n");
+    EXPECT_EQ(TypedOutput("box 2 0 4 1 2\n"), L"  \x2554\x2550\x2557\n  \x255A\x2550\x255D\n");
 }
 
 TEST(Console, SleepAndBeepArguments)
 {
-    EXPECT_EQ(Lines("sleep\nsleep 1 2\nsleep /x 1\n"),
+    EXPECT_EQ(TypedOutput("sleep\nsleep 1 2\nsleep /x 1\n"),
               L"Invalid number of parameters\n\nInvalid number of parameters\n\nInvalid switch\n\n");
     EXPECT_EQ(RunOmbc(L"/C \"sleep 0\"").ExitCode, 0);
-    EXPECT_EQ(Lines("beep 440 10 880\nbeep 440 1\n"), L"");
+    EXPECT_EQ(TypedOutput("beep 440 10 880\nbeep 440 1\n"), L"");
 }
 
 } // namespace

@@ -11,11 +11,6 @@
 
 namespace {
 
-std::wstring Lines(const std::string& input, const std::wstring& folder = L"")
-{
-    return JoinLines(RunOmbcIn(folder, L"", input).Output);
-}
-
 TEST(If, ComparisonsTextAndNumeric)
 {
     struct Case {
@@ -47,24 +42,24 @@ TEST(If, ComparisonsTextAndNumeric)
     };
     for (const Case& c : cases) {
         std::string line = std::string("if ") + c.condition + " echo yes\n";
-        EXPECT_EQ(Lines(line), c.truth ? L"yes\n" : L"") << line;
+        EXPECT_EQ(TypedOutput(line), c.truth ? L"yes\n" : L"") << line;
     }
     // "not /i" is not the switch: the left operand is the text "/i a".
-    EXPECT_EQ(Lines("if not /i a==A echo y\n"), L"y\n");
+    EXPECT_EQ(TypedOutput("if not /i a==A echo y\n"), L"y\n");
     // Without else behind a group, the rest is one statement.
-    EXPECT_EQ(Lines("if a==a echo x else echo y\n"), L"x else echo y\n");
+    EXPECT_EQ(TypedOutput("if a==a echo x else echo y\n"), L"x else echo y\n");
 }
 
 TEST(If, ElseBehindAGroupAndNestedIfs)
 {
-    EXPECT_EQ(Lines("if a==a (echo one) else (echo two)\n"), L"one\n");
-    EXPECT_EQ(Lines("if a==b (echo one) else (echo two)\n"), L"two\n");
-    EXPECT_EQ(Lines("if a==b (echo one) else echo two & echo three\n"), L"two\nthree\n");
-    EXPECT_EQ(Lines("if a==b (echo one) elsewhere\n"), L"Bad command or file name\n\n");
-    EXPECT_EQ(Lines("if a==a (if b==b (echo inner) else (echo no)) else (echo outer no)\n"), L"inner\n");
-    EXPECT_EQ(Lines("if a==a (if b==c (echo no) else (echo inner else)) else (echo outer no)\n"),
+    EXPECT_EQ(TypedOutput("if a==a (echo one) else (echo two)\n"), L"one\n");
+    EXPECT_EQ(TypedOutput("if a==b (echo one) else (echo two)\n"), L"two\n");
+    EXPECT_EQ(TypedOutput("if a==b (echo one) else echo two & echo three\n"), L"two\nthree\n");
+    EXPECT_EQ(TypedOutput("if a==b (echo one) elsewhere\n"), L"Bad command or file name\n\n");
+    EXPECT_EQ(TypedOutput("if a==a (if b==b (echo inner) else (echo no)) else (echo outer no)\n"), L"inner\n");
+    EXPECT_EQ(TypedOutput("if a==a (if b==c (echo no) else (echo inner else)) else (echo outer no)\n"),
               L"inner else\n");
-    EXPECT_EQ(Lines("if a==a @echo at sign dropped\n"), L"at sign dropped\n");
+    EXPECT_EQ(TypedOutput("if a==a @echo at sign dropped\n"), L"at sign dropped\n");
 
     TempFolder f;
     f.WriteBytes(L"nest.bat", "@echo off\r\n"
@@ -84,10 +79,10 @@ TEST(If, ElseBehindAGroupAndNestedIfs)
 
 TEST(If, ErrorlevelAfterBuiltinsAndFalseConditionsResetIt)
 {
-    EXPECT_EQ(Lines("nosuch\nif errorlevel 1 echo one\nif errorlevel 2 echo two\n"),
+    EXPECT_EQ(TypedOutput("nosuch\nif errorlevel 1 echo one\nif errorlevel 2 echo two\n"),
               L"Bad command or file name\n\none\n");
-    EXPECT_EQ(Lines("if errorlevel 0 echo always\n"), L"always\n");
-    EXPECT_EQ(Lines("if errorlevel x echo never\n"), L"");
+    EXPECT_EQ(TypedOutput("if errorlevel 0 echo always\n"), L"always\n");
+    EXPECT_EQ(TypedOutput("if errorlevel x echo never\n"), L"");
     // A false condition ends the statement with level 0; a true one keeps
     // what its statement did.
     OmbcResult r = RunOmbc(L"", "nosuch\nif a==b echo no\n");
@@ -105,7 +100,7 @@ TEST(If, ExistWithFilesWildcardsAndFolders)
     f.WriteBytes(L"has blank.txt", "x");
     CreateDirectoryW((f / L"sub").c_str(), nullptr);
     SetFileAttributesW((f / L"here.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
-    std::wstring out = Lines("if exist here.txt echo 1\n"
+    std::wstring out = TypedOutput("if exist here.txt echo 1\n"
                              "if exist nofile echo 2\n"
                              "if exist *.txt echo 3\n"
                              "if exist *.none echo 4\n"
@@ -120,11 +115,11 @@ TEST(If, ExistWithFilesWildcardsAndFolders)
 
 TEST(If, DefinedCmdextversionAndExpressions)
 {
-    EXPECT_EQ(Lines("data v\nread\nif defined read echo set\nif defined nosuchvariable echo no\n"), L"set\n");
-    EXPECT_EQ(Lines("if cmdextversion 2 echo old\nif cmdextversion 3 echo new\n"), L"old\n");
-    EXPECT_EQ(Lines("if (1) echo one\nif (0) echo zero\nif calc (2) echo calc\n"), L"one\ncalc\n");
+    EXPECT_EQ(TypedOutput("data v\nread\nif defined read echo set\nif defined nosuchvariable echo no\n"), L"set\n");
+    EXPECT_EQ(TypedOutput("if cmdextversion 2 echo old\nif cmdextversion 3 echo new\n"), L"old\n");
+    EXPECT_EQ(TypedOutput("if (1) echo one\nif (0) echo zero\nif calc (2) echo calc\n"), L"one\ncalc\n");
     // The low 32 bits decide an integer's truth.
-    EXPECT_EQ(Lines("if (4294967296) echo never\nif (4294967297) echo low bit\n"), L"low bit\n");
+    EXPECT_EQ(TypedOutput("if (4294967296) echo never\nif (4294967297) echo low bit\n"), L"low bit\n");
 }
 
 TEST(If, SyntaxErrorsRunNothing)
@@ -132,10 +127,10 @@ TEST(If, SyntaxErrorsRunNothing)
     for (const char* line : {"if a==b\n", "if a==a\n", "if a echo x\n", "if ==a echo x\n", "if a==  \n",
                              "if calc 1 echo x\n", "if a==b (echo x) else\n", "if\n", "if not\n",
                              "if existwindow nothing echo x\n"}) {
-        EXPECT_EQ(Lines(line), L"Syntax Error\n\n") << line;
+        EXPECT_EQ(TypedOutput(line), L"Syntax Error\n\n") << line;
     }
     // An expression needs a statement behind it.
-    EXPECT_EQ(Lines("if (1)\n"), L"Syntax Error\n\n");
+    EXPECT_EQ(TypedOutput("if (1)\n"), L"Syntax Error\n\n");
 }
 
 } // namespace

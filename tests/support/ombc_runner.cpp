@@ -43,15 +43,30 @@ OmbcResult RunOmbcIn(const std::wstring& folder, const std::wstring& arguments, 
     outWriteOwner.reset();
     inReadOwner.reset();
 
-    DWORD written;
-    if (!input.empty()) WriteFile(inWrite, input.data(), DWORD(input.size()), &written, nullptr);
-    inWriteOwner.reset();
+    // Input goes in from a thread of its own, so that a long input and a long
+    // output cannot block each other in the two pipes.
+    struct Feed {
+        HANDLE pipe;
+        const std::string* bytes;
+    } feed{inWriteOwner.release(), &input};
+    HANDLE writer = CreateThread(
+        nullptr, 0,
+        [](void* data) -> DWORD {
+            auto* f = static_cast<Feed*>(data);
+            DWORD written;
+            if (!f->bytes->empty()) WriteFile(f->pipe, f->bytes->data(), DWORD(f->bytes->size()), &written, nullptr);
+            CloseHandle(f->pipe);
+            return 0;
+        },
+        &feed, 0, nullptr);
+    UniqueHandle writerOwner(writer);
 
     std::string bytes;
     char chunk[4096];
     DWORD got;
     while (ReadFile(outRead, chunk, sizeof(chunk), &got, nullptr) && got > 0) bytes.append(chunk, got);
     WaitForSingleObject(process.hProcess, INFINITE);
+    if (writer) WaitForSingleObject(writer, INFINITE);
     DWORD code = 0;
     GetExitCodeProcess(process.hProcess, &code);
     result.ExitCode = int(code);
@@ -64,6 +79,11 @@ OmbcResult RunOmbcIn(const std::wstring& folder, const std::wstring& arguments, 
 OmbcResult RunOmbc(const std::wstring& arguments, const std::string& input)
 {
     return RunOmbcIn(L"", arguments, input);
+}
+
+std::wstring TypedOutput(const std::string& input, const std::wstring& folder)
+{
+    return JoinLines(RunOmbcIn(folder, L"", input).Output);
 }
 
 std::wstring JoinLines(const std::wstring& output)

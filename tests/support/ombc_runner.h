@@ -18,3 +18,7 @@ OmbcResult RunOmbcIn(const std::wstring& folder, const std::wstring& arguments, 
 
 // Lines of an output, without their CR LF.
 std::wstring JoinLines(const std::wstring& output);
+
+// Lines typed into ombc.exe (in folder, when given); the output as JoinLines
+// gives it.
+std::wstring TypedOutput(const std::string& input, const std::wstring& folder = L"");
