@@ -233,7 +233,10 @@ void ConsoleTraceView::Highlight(int index)
     TraceLine(std::to_wstring(index + 1) + L": " + lines_[size_t(index)]);
 }
 
-void ConsoleTraceView::ShowStage(const wchar_t* expanded, const wchar_t*) { TraceLine(std::wstring(L"> ") + expanded); }
+void ConsoleTraceView::ShowStage(const wchar_t* expanded, const wchar_t*)
+{
+    TraceLine(std::wstring(L"> ") + SkipWhiteW(expanded));
+}
 
 void ConsoleTraceView::WaitForUser()
 {
