@@ -216,8 +216,7 @@ TEST_F(TraceTest, RunFreelyClosesTheViewAndStopEndsTheProgram)
     EXPECT_EQ(Printed(), (std::vector<std::wstring>{L"a", L"b", L"c"}));
     EXPECT_EQ(TheShell.Terminate, 0);
 
-    // Stop before b: nothing more runs, not even a command whose output is
-    // redirected, and every caller ends too.
+    // Stop before b: nothing more runs, in this program or its caller.
     folder.WriteBytes(L"s.bat", "@echo off\r\n"
                                 "echo a& echo b\r\n"
                                 "echo made > \"" +
