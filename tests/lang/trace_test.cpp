@@ -273,6 +273,19 @@ TEST_F(TraceTest, StepAndStopAreDimmedWhileACommandWaitsForTheUser)
     EXPECT_TRUE(view.Waits[2].Stepping);
     EXPECT_EQ(Printed().back(), L"after");
 
+    // The break question after a failed command dims them on its own.
+    folder.WriteBytes(L"e.bat", "@echo off\r\nnosuchcommand\r\necho after\r\n");
+    output.Lines.clear();
+    view.Waits.clear();
+    host.SteppingAtKey.clear();
+    host.Keys.assign({L'n'});
+    Trace(L"e.bat", "sss");
+    EXPECT_EQ(host.SteppingAtKey, std::vector<bool>{false});
+    ASSERT_EQ(view.Waits.size(), 3u);
+    EXPECT_TRUE(view.Waits[1].Stepping);
+    EXPECT_TRUE(view.Waits[2].Stepping);
+    EXPECT_EQ(Printed().back(), L"after");
+
     // A command that does not wait leaves the buttons alone.
     TheShell.TraceActive = 1;
     TheShell.TraceWindow = &view;
