@@ -11,7 +11,9 @@
 
 namespace {
 
-enum : int { kList = 201, kValue = 202, kSet = 203 };
+constexpr int kList = kEnvironmentList;
+constexpr int kValue = kEnvironmentValue;
+constexpr int kSet = kEnvironmentSet;
 
 struct EnvironmentDialog {
     HWND Window = nullptr;

@@ -4,4 +4,7 @@
 
 #include <windows.h>
 
+// Its controls: the list of "name=value", the value edit, and Set.
+enum : int { kEnvironmentList = 201, kEnvironmentValue = 202, kEnvironmentSet = 203 };
+
 void ShowEnvironmentDialog(HWND owner);

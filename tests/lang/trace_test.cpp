@@ -5,6 +5,7 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
+#include "input/unix_mode.h"
 #include "lang/batch_program.h"
 #include "lang/shell_command.h"
 #include "lang/trace.h"
@@ -198,6 +199,14 @@ TEST_F(TraceTest, OneStepIsOneStage)
     EXPECT_EQ(TheShell.TraceActive, 0);
     EXPECT_EQ(TheShell.TraceWindow, nullptr);
     EXPECT_EQ(ErrorLevel, 0);
+
+    // In Unix mode the title shows the path the Unix way.
+    TheUnixMode.Unix = 1;
+    Trace(L"t.bat", "r");
+    TheUnixMode.Unix = 0;
+    std::wstring unixPath = Path(L"t.bat");
+    std::replace(unixPath.begin(), unixPath.end(), L'\\', L'/');
+    EXPECT_EQ(view.Title, L"Trace - " + unixPath);
 
     // Traced again, the steps count from the start.
     output.Lines.clear();

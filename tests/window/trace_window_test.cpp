@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
+#include "dialogs/environment_dialog.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
 #include "lang/shell_command.h"
@@ -130,6 +131,32 @@ public:
     bool Interactive() const override { return false; }
 };
 
+// Plays the user of the Environment Variables dialog once it is up: picks
+// OMBT_VAR, notes the value shown, sets a new one, and closes the dialog.
+struct VariablesVisit {
+    int Listed = 0;
+    std::wstring Shown;
+    bool Done = false;
+};
+VariablesVisit visit;
+
+void CALLBACK EditVariable(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    HWND box = FindWindowW(nullptr, L"Environment Variables");
+    if (!box || visit.Done) return;
+    KillTimer(nullptr, timer);
+    visit.Done = true;
+    HWND list = GetDlgItem(box, kEnvironmentList);
+    visit.Listed = int(SendMessageW(list, LB_GETCOUNT, 0, 0));
+    LRESULT at = SendMessageW(list, LB_FINDSTRING, WPARAM(-1), reinterpret_cast<LPARAM>(L"OMBT_VAR="));
+    SendMessageW(list, LB_SETCURSEL, WPARAM(at), 0);
+    SendMessageW(box, WM_COMMAND, MAKEWPARAM(kEnvironmentList, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    visit.Shown = ItemText(box, kEnvironmentValue);
+    SetDlgItemTextW(box, kEnvironmentValue, L"changed");
+    SendMessageW(GetDlgItem(box, kEnvironmentSet), BM_CLICK, 0, 0);
+    SendMessageW(GetDlgItem(box, IDCANCEL), BM_CLICK, 0, 0);
+}
+
 std::string Narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
 
 TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
@@ -197,13 +224,24 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
     EXPECT_EQ(TheShell.Terminate, 2);
     EXPECT_FALSE(IsWindow(dialog.LastWindow));
 
-    // Stop does the same.
+    // Stop does the same; Variables opens the environment, and a value set
+    // there is the program's from then on.
+    SetEnvironmentVariableW(L"OMBT_VAR", L"before");
+    SetTimer(nullptr, 0, 50, EditVariable);
     dialog.Seen.clear();
-    dialog.Actions = {{Press::Click, TraceDialog::kStep}, {Press::Click, TraceDialog::kStop}};
+    dialog.Actions = {{Press::Click, TraceDialog::kStep},
+                      {Press::Click, TraceDialog::kVariables},
+                      {Press::Click, TraceDialog::kStop}};
     TheEditor.TypeLine((L"trace \"" + (folder / L"t.bat") + L"\"").c_str(), true);
     DeleteFileW((folder / L"c.txt").c_str());
     RunTopLevelLine();
-    EXPECT_EQ(dialog.Seen.size(), 2u);
+    EXPECT_EQ(dialog.Seen.size(), 3u);
+    EXPECT_TRUE(visit.Done);
+    EXPECT_GT(visit.Listed, 1);
+    EXPECT_EQ(visit.Shown, L"before");
+    wchar_t value[16] = {};
+    GetEnvironmentVariableW(L"OMBT_VAR", value, 16);
+    EXPECT_STREQ(value, L"changed");
     EXPECT_FALSE(folder.Exists(L"c.txt"));
     EXPECT_EQ(TheShell.Terminate, 2);
     EXPECT_FALSE(IsWindow(dialog.LastWindow));
