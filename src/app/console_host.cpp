@@ -5,7 +5,9 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
+#include "lang/batch_program.h"
 #include "lang/shell_command.h"
+#include "screen/colours.h"
 
 #include <windows.h>
 
@@ -32,6 +34,7 @@ void ConsoleHost::Install()
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
     Host = this;
     TheScreen.Observer = this;
+    TraceViewer = &traceView_;
 }
 
 void ConsoleHost::Emit(const std::wstring& line)
@@ -194,4 +197,65 @@ int ConsoleHost::RunInputLoop()
         if (TheEditor.EditorChar(unit == L'\t' ? L' ' : unit)) RunTopLevelLine();
     }
     return ErrorLevel;
+}
+
+namespace {
+
+// One line of trace output; it goes to the screen even while a statement's
+// output is redirected or dropped.
+void TraceLine(const std::wstring& text)
+{
+    uint16_t colour = TheScreen.Attr;
+    if (TheScreen.CursorX != 0) TheScreen.LineFeed();
+    UseItem(Item::Text);
+    TheScreen.WriteCells(text.c_str());
+    TheScreen.LineFeed();
+    TheScreen.Attr = colour;
+}
+
+} // namespace
+
+bool ConsoleTraceView::Open(const std::wstring& title)
+{
+    TraceLine(title);
+    return true;
+}
+
+void ConsoleTraceView::FillList(const std::vector<BatchLine>& lines)
+{
+    lines_.clear();
+    for (const BatchLine& line : lines) lines_.push_back(line.Raw);
+}
+
+void ConsoleTraceView::Highlight(int index)
+{
+    if (index < 0 || index >= int(lines_.size())) return;
+    TraceLine(std::to_wstring(index + 1) + L": " + lines_[size_t(index)]);
+}
+
+void ConsoleTraceView::ShowStage(const wchar_t* expanded, const wchar_t*)
+{
+    TraceLine(std::wstring(L"> ") + SkipWhiteW(expanded));
+}
+
+void ConsoleTraceView::WaitForUser()
+{
+    switch (Host->ReadKey()) {
+    case L's':
+    case L'S':
+    case L'\r':
+        TraceGrantStep();
+        break;
+    case L'r':
+    case L'R':
+        TraceRunFreely();
+        break;
+    case L'p':
+    case L'P':
+    case 3:
+        TraceStopRun();
+        break;
+    default:
+        break;
+    }
 }

@@ -9,9 +9,28 @@
 #pragma once
 
 #include "app/host.h"
+#include "lang/trace.h"
 #include "screen/screen_store.h"
 
 #include <string>
+#include <vector>
+
+// Tracing without a window: each line and stage is printed in the Text
+// colour, and a key read from the input decides: "s" or Enter steps, "r" runs
+// freely, "p", Ctrl-C or the end of input stops.
+class ConsoleTraceView : public TraceView {
+public:
+    bool Open(const std::wstring& title) override;
+    void Close() override {}
+    void FillList(const std::vector<BatchLine>& lines) override;
+    void Highlight(int index) override;
+    void ShowStage(const wchar_t* expanded, const wchar_t* source) override;
+    void EnableStepping(bool) override {}
+    void WaitForUser() override;
+
+private:
+    std::vector<std::wstring> lines_;
+};
 
 class ConsoleHost : public ShellHost, public ScreenObserver {
 public:
@@ -56,4 +75,5 @@ private:
     size_t pendingPos_ = 0;
     std::wstring typed_;
     size_t typedPos_ = 0;
+    ConsoleTraceView traceView_;
 };

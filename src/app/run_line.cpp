@@ -7,6 +7,7 @@
 #include "input/prompt.h"
 #include "input/unix_mode.h"
 #include "lang/shell_command.h"
+#include "lang/trace.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
@@ -60,6 +61,8 @@ void RunTopLevelLine()
     TheShell.EchoOn = 1;
     ShowPrompt();
     CommandRunning = 0;
+    // A trace begun inside a batch program outlives it until the line ends.
+    TraceEnd();
 }
 
 void ShowPrompt()

@@ -8,6 +8,7 @@
 #include "app/startup_args.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "dialogs/trace_dialog.h"
 #include "input/editor.h"
 
 #include <commctrl.h>
@@ -100,6 +101,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     if (!MainWindow) return 0;
     WindowHost host;
     host.Install();
+    TraceDialog traceDialog;
+    TraceViewer = &traceDialog;
     CommandRunning = 1;
     LoadCharSplit();
     ShowWindow(MainWindow, showCommand);

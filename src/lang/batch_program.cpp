@@ -11,6 +11,7 @@
 #include "lang/shell_command.h"
 #include "lang/splitter.h"
 #include "lang/text_stream.h"
+#include "lang/trace.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
@@ -150,6 +151,8 @@ void BatchProgram::RunLine(const std::wstring& text)
     auto expanded = std::make_unique<wchar_t[]>(kLineMax);
     ExpandBatchLine(*this, text.c_str() + (silent ? 1 : 0), expanded.get(), kLineMax);
     Jumped = 0;
+    // Every caller has just fetched the line, so it stands before NextLine.
+    TraceHighlightLine(NextLine - 1);
     if (!silent && TheShell.EchoOn) EchoBatchLine(expanded.get());
     auto splitter = std::make_unique<StatementSplitter>();
     if (!splitter->Start(expanded.get())) return;
@@ -195,6 +198,7 @@ bool CheckBreak(int line)
         shell.Terminate = 2;
         return true;
     }
+    TraceUserWait wait(true);
     if (TheScreen.CursorX != 0) TheScreen.LineFeed();
     uint16_t colour = TheScreen.Attr;
     UseItem(Item::Text);

@@ -40,5 +40,6 @@ void CmdSleep();
 void CmdStop();
 void CmdTimer();
 void CmdTips();
+void CmdTrace();
 void CmdVerify();
 void CmdXset();

@@ -5,6 +5,7 @@
 #include "lang/builtins.h"
 #include "lang/command_args.h"
 #include "lang/shell_command.h"
+#include "lang/trace.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -92,6 +93,7 @@ const CommandEntry kCommands[] = {
     {L"tick", nullptr, NeedsBatch},
     {L"timer", CmdTimer, 0},
     {L"tips", CmdTips, 0},
+    {L"trace", CmdTrace, KeepsLevel},
     {L"verify", CmdVerify, 0},
     {L"xset", CmdXset, KeepsLevel},
 };
@@ -162,7 +164,10 @@ bool DispatchBuiltin(BatchProgram* batch, const wchar_t* word)
         return true;
     }
     if (!entry->Handler) return false;
-    entry->Handler();
+    {
+        TraceUserWait wait((entry->Flags & WaitsForUser) != 0);
+        entry->Handler();
+    }
     if (entry->Flags & KeepsLevel) TheShell.KeepErrorLevel = 1;
     return true;
 }

@@ -9,6 +9,7 @@
 #include "lang/dispatch.h"
 #include "lang/redirect.h"
 #include "lang/splitter.h"
+#include "lang/trace.h"
 #include "screen/screen_store.h"
 
 #include <cstring>
@@ -133,9 +134,15 @@ void ShellCommand::RunBatchOrProgram(BatchProgram* batch)
 void ShellCommand::RunBatchFile(const wchar_t* path)
 {
     uint16_t colour = TheScreen.Attr;
+    BatchProgram* caller = Batch;
+    int callerHighlight = TraceHighlight;
     auto program = std::make_unique<BatchProgram>(path);
     TheScreen.Attr = colour;
+    // The trace list follows the program that runs, and comes back to the
+    // caller's lines when it ends.
+    TraceShowProgram(*program, -1);
     program->Run();
+    if (caller) TraceShowProgram(*caller, callerHighlight);
 }
 
 void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
@@ -150,7 +157,9 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
     BatchProgram* outer = Batch;
     Batch = batch;
 
-    if (!DispatchBuiltin(batch, word)) {
+    // A stage that the trace user stopped does not run.
+    bool runs = !TraceActive || TraceGate(CommandArgs.WholeLine, source);
+    if (runs && !DispatchBuiltin(batch, word)) {
         bool driveChange = word[0] && word[1] == L':' && word[2] == 0 && CommandArgs.ArgCount == 0 &&
                            !CommandArgs.HasSwitches();
         if (driveChange) ChangeDrive();

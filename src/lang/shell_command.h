@@ -9,6 +9,7 @@
 #include <cstdint>
 
 class BatchProgram;
+class TraceView;
 
 class ShellCommand {
 public:
@@ -23,8 +24,18 @@ public:
     int32_t Terminate = 0;
     // Set by a handler that manages ErrorLevel itself; cleared every stage.
     int32_t KeepErrorLevel = 0;
+    // Non-zero while the trace view is up.
+    int32_t TraceActive = 0;
     // The data/read list used when no batch program runs.
     DataList TopData;
+    // Steps granted by the trace view; -1 stop, -2 run freely.
+    int32_t TracePermitted = 0;
+    // Steps taken so far, from 1.
+    int32_t TraceStep = 1;
+    // The open trace view, or null.
+    TraceView* TraceWindow = nullptr;
+    // Index highlighted in the trace list; -1 none.
+    int32_t TraceHighlight = -1;
     // The batch program whose statement is running, or null at the prompt.
     BatchProgram* Batch = nullptr;
 
