@@ -192,7 +192,7 @@ bool TraceDialog::OnCommand(int id, int code)
         return true;
     case kHelp:
         // The help link takes a context number in place of a keyword.
-        HelpLink(HelpContext, reinterpret_cast<const wchar_t*>(uintptr_t(kHelpPage)));
+        HelpLink(HelpContext, nullptr, kHelpPage);
         return true;
     case kLines:
         // A click in the list must not move the current line.
