@@ -1,15 +1,28 @@
 #!/usr/bin/env bash
 # Plays the user at the real window program under the private X server:
-# types a command and Enter, then exit and Enter, through the keyboard, and
-# checks that the program ended by itself.
+# types a few commands that print in colour, then exit and Enter, through the
+# keyboard, and checks that the program ended by itself.
 #   Set by tools/wine-run: DISPLAY, WINE_PID, OMB_SCRATCH; OMB_ARTIFACTS may
 #   name a folder for screenshots.
 set -u
 
+# The screen cut to the main window, as the user sees it.
 shot() {
     [ -n "${OMB_ARTIFACTS:-}" ] || return 0
     mkdir -p "$OMB_ARTIFACTS"
-    import -window root "$OMB_ARTIFACTS/typing_driver_$1.png" 2>/dev/null || true
+    local geometry
+    geometry=$(xdotool getwindowgeometry --shell "$window" 2>/dev/null)
+    local X Y WIDTH HEIGHT
+    eval "$geometry"
+    import -window root -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" +repage \
+        "$OMB_ARTIFACTS/typing_driver_$1.png" 2>/dev/null || true
+}
+
+# Types a line and Enter, then gives the output time to be drawn.
+line() {
+    xdotool type --delay 40 "$1"
+    xdotool key Return
+    sleep 0.5
 }
 
 running() { kill -0 "$WINE_PID" 2>/dev/null; }
@@ -27,8 +40,12 @@ done
 # the prompt.
 sleep 2
 xdotool windowfocus --sync "$window"
-xdotool type --delay 40 'echo hello'
-xdotool key Return
+# A taller window holds more rows of the screen.
+xdotool windowsize --sync "$window" 700 560 2>/dev/null
+line 'echo hello'
+# Output in several colours: a colour that lasts until the next, and an error.
+line 'colour yellow & echo yellow & colour green & echo green & colour magenta & echo magenta & colour text'
+line 'nosuchcommand'
 sleep 1
 shot typed
 running || { echo "the program ended after echo"; exit 1; }
