@@ -3,6 +3,7 @@
 #include "screen/colours.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -57,6 +58,7 @@ void ScreenPainter::PaintFrame(const ScreenStore& store, RenderSurface& surface,
 {
     surface.BeginFrame(rows);
     for (int y = rows.First; y <= rows.Last; ++y) PaintRow(store, surface, y, rows.Columns);
+    if (rows.Whole && store.AtMore) PaintMoreMark(store, surface);
     surface.PaintCaret(store.CursorX, store.CursorY);
     surface.EndFrame();
 }
@@ -81,6 +83,17 @@ void ScreenPainter::PaintRow(const ScreenStore& store, RenderSurface& surface, i
         if (units >= 0) surface.PaintRun(x, row, runBuffer_.data(), units, end - x, ColoursOf(first.Attr));
         x = end;
     }
+}
+
+void ScreenPainter::PaintMoreMark(const ScreenStore& store, RenderSurface& surface)
+{
+    // The pager's mark is not in the cells: it lies over the finished page
+    // only in the picture, and goes when the row is drawn again.
+    static const wchar_t kMark[] = L"-- more --";
+    constexpr int kMarkLength = int(std::size(kMark)) - 1;
+    RunColours colours;
+    colours.Fore = Palette[ItemValue(Item::HighText)];
+    surface.PaintRun(store.CursorX, store.CursorY, kMark, kMarkLength, kMarkLength, colours);
 }
 
 int ScreenPainter::JoinCells(const ScreenStore& store, int x, int y, int count)

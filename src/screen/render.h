@@ -63,6 +63,7 @@ public:
 private:
     void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows);
     void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns);
+    void PaintMoreMark(const ScreenStore& store, RenderSurface& surface);
     // Joins the text of count cells from x, y into the run buffer; returns
     // the units, or -1 when the buffer cannot grow.
     int JoinCells(const ScreenStore& store, int x, int y, int count);

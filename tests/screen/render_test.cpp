@@ -183,6 +183,22 @@ TEST_F(RenderTest, OnlyChangedRowsAreRepainted)
     EXPECT_TRUE(surface.Frames.back().Rows.Whole);
     EXPECT_EQ(surface.RunsOfRow(6)[1].Text, L"seven");
 
+    // The pager's mark lies over a whole frame at the cursor, in HighText
+    // over the background, and is no part of a band of rows.
+    store->AtMore = 1;
+    store->Locate(0, 23);
+    painter.PaintAll(*store, surface);
+    const PaintedRun& mark = surface.Frames.back().Runs.back();
+    EXPECT_EQ(mark.Text, L"-- more --");
+    EXPECT_EQ(mark.Row, 23);
+    EXPECT_EQ(mark.Column, 0);
+    EXPECT_EQ(mark.Colours.Fore, PaletteDefault[ItemValue(Item::HighText)]);
+    EXPECT_TRUE(mark.Colours.Transparent);
+    WriteIn(2, BackGrd(), L"x");
+    ASSERT_TRUE(painter.PaintChanges(*store, surface));
+    EXPECT_NE(surface.Frames.back().Runs.back().Text, L"-- more --");
+    store->AtMore = 0;
+
     // A narrower screen is drawn at its new width, without reflow.
     store->ResizeCells(60, 10);
     ASSERT_TRUE(painter.PaintChanges(*store, surface));
