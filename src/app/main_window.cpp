@@ -224,6 +224,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED) TheView.Resize(LOWORD(lParam), HIWORD(lParam));
         return 0;
+    case WM_SIZING:
+        TheView.SnapToCells(*reinterpret_cast<RECT*>(lParam), wParam, kFrameStyle);
+        return TRUE;
     case WM_GETMINMAXINFO:
         TheView.TrackLimits(*reinterpret_cast<MINMAXINFO*>(lParam), kFrameStyle);
         return 0;

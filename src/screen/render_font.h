@@ -3,7 +3,7 @@
 // measured, and its text height and average width become the cell size of
 // the store. A face the system lacks is replaced by its fixed-pitch default,
 // since a proportional font cannot keep the cell grid. Additional font files
-// are registered before the font is made (once that feature is there).
+// have to be registered for the process before Make, so that it can find them.
 #pragma once
 
 #include <windows.h>

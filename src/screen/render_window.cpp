@@ -56,3 +56,15 @@ void ScreenView::TrackLimits(MINMAXINFO& limits, DWORD style) const
     limits.ptMinTrackSize = {smallest.cx, smallest.cy};
     limits.ptMaxTrackSize = {largest.cx, largest.cy};
 }
+
+void ScreenView::SnapToCells(RECT& frame, WPARAM edge, DWORD style) const
+{
+    SIZE empty = WindowSize(0, 0, style);
+    int columns = (frame.right - frame.left - empty.cx) / TheScreen.FontWidth;
+    int rows = (frame.bottom - frame.top - empty.cy) / TheScreen.FontHeight;
+    SIZE snapped = WindowSize(columns, rows, style);
+    if (edge == WMSZ_LEFT || edge == WMSZ_TOPLEFT || edge == WMSZ_BOTTOMLEFT) frame.left = frame.right - snapped.cx;
+    else frame.right = frame.left + snapped.cx;
+    if (edge == WMSZ_TOP || edge == WMSZ_TOPLEFT || edge == WMSZ_TOPRIGHT) frame.top = frame.bottom - snapped.cy;
+    else frame.bottom = frame.top + snapped.cy;
+}

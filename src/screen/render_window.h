@@ -28,6 +28,9 @@ public:
     SIZE WindowSize(int columns, int rows, DWORD style) const;
     // The smallest and largest window the screen's limits allow.
     void TrackLimits(MINMAXINFO& limits, DWORD style) const;
+    // A window being dragged to the given frame: the edges that move stop at
+    // whole cells, so no strip of a cell is left over.
+    void SnapToCells(RECT& frame, WPARAM edge, DWORD style) const;
 
 private:
     bool CanDraw() const;

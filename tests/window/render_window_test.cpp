@@ -232,6 +232,19 @@ TEST_F(RenderWindowTest, ResizingTheWindowResizesTheScreenInWholeCells)
     Pump();
     EXPECT_GT(ClientPicture(MainWindow).CountInCells(Palette[2], 70, 3, 3), 0);
 
+    // A frame dragged by its lower right corner stops at whole cells; one
+    // dragged by its upper left corner keeps its lower right one in place.
+    RECT dragged{100, 100, 100 + width + extraX, 100 + height + extraY};
+    SendMessageW(MainWindow, WM_SIZING, WMSZ_BOTTOMRIGHT, reinterpret_cast<LPARAM>(&dragged));
+    EXPECT_EQ(dragged.left, 100);
+    EXPECT_EQ(dragged.right - dragged.left, scrollBar + 65 * TheScreen.FontWidth + extraX);
+    EXPECT_EQ(dragged.bottom - dragged.top, 12 * TheScreen.FontHeight + extraY);
+    dragged = {100, 100, 100 + width + extraX, 100 + height + extraY};
+    SendMessageW(MainWindow, WM_SIZING, WMSZ_TOPLEFT, reinterpret_cast<LPARAM>(&dragged));
+    EXPECT_EQ(dragged.right, 100 + width + extraX);
+    EXPECT_EQ(dragged.bottom, 100 + height + extraY);
+    EXPECT_EQ(dragged.right - dragged.left, scrollBar + 65 * TheScreen.FontWidth + extraX);
+
     // The smallest window the frame allows is 60 x 5 cells.
     MINMAXINFO limits{};
     SendMessageW(MainWindow, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
