@@ -4,6 +4,8 @@
 
 #include "screen_fixture.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -57,9 +59,14 @@ protected:
     {
         ScreenTest::SetUp();
         savedBackGrd = ItemColour[int(Item::BackGrd)];
+        std::copy(std::begin(Palette), std::end(Palette), std::begin(savedPalette));
         std::copy(std::begin(PaletteDefault), std::end(PaletteDefault), std::begin(Palette));
     }
-    void TearDown() override { ItemColour[int(Item::BackGrd)] = savedBackGrd; }
+    void TearDown() override
+    {
+        ItemColour[int(Item::BackGrd)] = savedBackGrd;
+        std::copy(std::begin(savedPalette), std::end(savedPalette), std::begin(Palette));
+    }
 
     void WriteIn(uint8_t fore, uint8_t back, const wchar_t* text)
     {
@@ -71,6 +78,7 @@ protected:
     ScreenPainter painter;
     RecordingSurface surface;
     uint8_t savedBackGrd = 0;
+    COLORREF savedPalette[kPaletteSize] = {};
 };
 
 TEST_F(RenderTest, RunsEndWhereTheAttributeChanges)
