@@ -207,6 +207,17 @@ TEST_F(RenderWindowTest, AGlyphThatBreaksTheGridStaysInItsCell)
                   picture.CountInCells(Palette[white], column, 9, 1))
             << column;
     EXPECT_EQ(picture.CountInCells(Palette[white], 14, 8, 4), 0);
+
+    // A right-to-left letter goes cell by cell too, whatever its width, so
+    // that the system does not reorder the run.
+    ScreenFont font;
+    ASSERT_TRUE(font.Make(ReadFontChoice()));
+    GdiSurface surface;
+    ASSERT_TRUE(surface.Attach(MainWindow, font.Handle(), font.CellWidth(), font.CellHeight(), font.Slack()));
+    EXPECT_FALSE(surface.NeedsPerCellDrawing(L"plain text", 10));
+    EXPECT_TRUE(surface.NeedsPerCellDrawing(L"ab\u05D0", 3));
+    EXPECT_TRUE(surface.NeedsPerCellDrawing(L"\U0001F600", 2));
+    EXPECT_FALSE(surface.NeedsPerCellDrawing(L"", 0));
 }
 
 TEST_F(RenderWindowTest, ResizingTheWindowResizesTheScreenInWholeCells)
