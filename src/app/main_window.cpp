@@ -8,6 +8,7 @@
 #include "input/editor.h"
 #include "input/editor_links.h"
 #include "lang/shell_command.h"
+#include "screen/render_window.h"
 #include "screen/screen_store.h"
 
 #include <shellapi.h>
@@ -22,6 +23,8 @@ HBRUSH NullBrush = nullptr;
 namespace {
 
 constexpr UINT_PTR kTickTimer = 300;
+constexpr UINT_PTR kPaintTimer = 301;
+constexpr UINT kPaintInterval = 40;
 constexpr DWORD kMainStyle = 0x2CF0000;
 constexpr DWORD kFrameStyle = 0xEF0000;
 constexpr int kDialogExtra = 30;
@@ -43,23 +46,27 @@ BOOL CALLBACK NoteInstance(HWND window, LPARAM data)
     return TRUE;
 }
 
-void PaintScreen(HWND window)
+// The text area paints itself from the store; the update region only says
+// that the window must be drawn again.
+void OnPaint(HWND window)
 {
     PAINTSTRUCT paint;
-    HDC dc = BeginPaint(window, &paint);
-    RECT client;
-    GetClientRect(window, &client);
-    FillRect(dc, &client, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-    HFONT font = static_cast<HFONT>(GetStockObject(ANSI_FIXED_FONT));
-    HGDIOBJ old = SelectObject(dc, font);
-    SetBkMode(dc, TRANSPARENT);
-    SetTextColor(dc, RGB(192, 192, 192));
-    for (int y = 0; y < ScreenHeight; ++y) {
-        std::wstring row = TheScreen.RowText(y);
-        TextOutW(dc, 0, y * CellHeight(), row.c_str(), int(row.size()));
-    }
-    SelectObject(dc, old);
+    BeginPaint(window, &paint);
     EndPaint(window, &paint);
+    TheView.PaintAll();
+}
+
+void OnTimer(HWND window, WPARAM id)
+{
+    if (id == kPaintTimer) {
+        // Output has stopped: the quick timer is only for a screen in motion.
+        if (!TheView.PaintChanges()) KillTimer(window, kPaintTimer);
+        return;
+    }
+    // Any other timer counts; the status bar's second is every fourth tick.
+    ++TickCount;
+    // Output that keeps coming is drawn at the quick timer's pace until it stops.
+    if (TheView.PaintChanges()) SetTimer(window, kPaintTimer, kPaintInterval, nullptr);
 }
 
 // Keys that scroll, copy and paste: they reach the editor even while a
@@ -104,8 +111,8 @@ void OnDropFiles(HDROP drop)
 
 } // namespace
 
-int CellWidth() { return ProfileReadInt(L"Ombrel", L"FontWidth", 8); }
-int CellHeight() { return ProfileReadInt(L"Ombrel", L"FontHeight", 12); }
+int CellWidth() { return TheScreen.FontWidth; }
+int CellHeight() { return TheScreen.FontHeight; }
 
 bool RegisterWindowClasses(HINSTANCE instance)
 {
@@ -161,8 +168,8 @@ HWND CreateMainWindow(HINSTANCE instance)
     if (x < 0 || x > GetSystemMetrics(SM_CXFULLSCREEN)) x = 0;
     if (y < 0 || y > GetSystemMetrics(SM_CYFULLSCREEN)) y = 0;
 
-    RECT frame{0, 0, GetSystemMetrics(SM_CXVSCROLL) + ScreenWidth * CellWidth(), ScreenHeight * CellHeight()};
-    AdjustWindowRect(&frame, kFrameStyle, FALSE);
+    TheView.MakeFont();
+    SIZE size = TheView.WindowSize(ScreenWidth, ScreenHeight, kFrameStyle);
 
     wchar_t title[32] = L"Ombrel\u00AE";
     if (n > 0) {
@@ -171,9 +178,10 @@ HWND CreateMainWindow(HINSTANCE instance)
         lstrcatW(title, L":");
         lstrcatW(title, number);
     }
-    HWND window = CreateWindowExW(0, L"Ombrel", title, kMainStyle, x, y, frame.right - frame.left,
-                                  frame.bottom - frame.top, nullptr, nullptr, instance, nullptr);
+    HWND window = CreateWindowExW(0, L"Ombrel", title, kMainStyle, x, y, size.cx, size.cy, nullptr, nullptr,
+                                  instance, nullptr);
     if (!window) return nullptr;
+    TheView.Attach(window);
     HMENU systemMenu = GetSystemMenu(window, FALSE);
     SystemMenuBase = GetMenuItemCount(systemMenu) + 1;
     EnableMenuItem(systemMenu, 6, MF_BYPOSITION | MF_GRAYED);
@@ -205,23 +213,29 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         break;
     case WM_DESTROY:
         KillTimer(window, kTickTimer);
+        KillTimer(window, kPaintTimer);
+        TheView.Detach();
         PostQuitMessage(0);
         return 0;
     case WM_ENDSESSION:
         if (wParam) SaveSession();
         return 0;
-    case WM_TIMER:
-        // Any timer counts; the status bar's second is every fourth tick.
-        ++TickCount;
+    case WM_TIMER: OnTimer(window, wParam); return 0;
+    case WM_SIZE:
+        if (wParam != SIZE_MINIMIZED) TheView.Resize(LOWORD(lParam), HIWORD(lParam));
+        return 0;
+    case WM_SIZING:
+        TheView.SnapToCells(*reinterpret_cast<RECT*>(lParam), wParam, kFrameStyle);
+        return TRUE;
+    case WM_GETMINMAXINFO:
+        TheView.TrackLimits(*reinterpret_cast<MINMAXINFO*>(lParam), kFrameStyle);
         return 0;
     case WM_KEYDOWN: OnKeyDown(wParam); return 0;
     case WM_CHAR: OnChar(wParam); return 0;
     case WM_SETFOCUS: Host->RebuildCaret(); return 0;
     case WM_KILLFOCUS: DestroyCaret(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
-    case WM_PAINT:
-        PaintScreen(window);
-        return 0;
+    case WM_PAINT: OnPaint(window); return 0;
     default: break;
     }
     return DefWindowProcW(window, message, wParam, lParam);

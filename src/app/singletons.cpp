@@ -1,6 +1,6 @@
 // The global singletons, in the one order that works: the settings store
 // first, since every later constructor may read a setting, and the text
-// screen last. They are destroyed in reverse order at process end, and their
+// screen and its view last. They are destroyed in reverse order at process end, and their
 // destructors free memory only; nothing is saved there.
 #include "app/errors.h"
 #include "app/profile/profile.h"
@@ -8,6 +8,7 @@
 #include "input/prompt.h"
 #include "input/unix_mode.h"
 #include "lang/shell_command.h"
+#include "screen/render_window.h"
 #include "screen/screen_store.h"
 
 ProfileStore TheProfile;
@@ -17,6 +18,7 @@ ErrorReporter TheErrors;
 UnixMode TheUnixMode;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
+ScreenView TheView;
 // Definitions in one file are built in order, so this runs right after the
 // screen: from here on a report may print.
 static const int ScreenReady = (TheErrors.ScreenUp = 1);

@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
+#include "screen/render_window.h"
 #include "screen/screen_store.h"
 
 #include <shellapi.h>
@@ -147,10 +148,7 @@ void WindowHost::RebuildCaret()
     for (int i = 0; i < caretCount_; ++i) ::ShowCaret(MainWindow);
 }
 
-void WindowHost::Refresh()
-{
-    if (MainWindow) InvalidateRect(MainWindow, nullptr, FALSE);
-}
+void WindowHost::Refresh() { TheView.PaintChanges(); }
 
 void WindowHost::AcceptDrops(bool accept)
 {

@@ -80,6 +80,10 @@ public:
     // Counts every change to the cells; a painter compares it with the last
     // value it drew.
     uint32_t ChangeCount = 0;
+    // The cell's size in pixels: the settings' raster size until the window
+    // has made its font and measured it.
+    int FontWidth = 8;
+    int FontHeight = 12;
 
     // --- Writing (the calling contract of every command) -------------------
     // Colour, Write..., NewLine, and a test of BreakFlag in loops. Nothing is

@@ -1,0 +1,72 @@
+// Turning the store into pictures. The store only records which rows changed
+// (TakeDamage); a painter pulls that when the window paints and hands the
+// rows to a surface as runs: the longest stretches of cells in a row with
+// the same attribute, each given as one string with its colours.
+//
+// The surface is the one drawing interface: begin a frame over a band of
+// rows (which restores their background), paint a run of cells, place the
+// caret, end the frame (which shows the band at once). The window's surface
+// draws with GDI through an off-screen bitmap (render_gdi.h); tests give the
+// painter a surface that records what it was asked for.
+#pragma once
+
+#include "screen/screen_store.h"
+
+#include <windows.h>
+
+#include <vector>
+
+// Units of the text joined for one run; the cell diagnostic shows it.
+extern int RunBufferSize;
+
+// How a run looks: its text colour, and its box colour unless the cells'
+// background is the BackGrd item, where what lies behind shows through.
+struct RunColours {
+    COLORREF Fore = 0;
+    COLORREF Back = 0;
+    bool Transparent = true;
+};
+
+// A band of screen rows to draw. Whole is set when the frame covers the
+// entire text area, including the part past the last full cell.
+struct FrameRows {
+    int First = 0;
+    int Last = -1;
+    int Columns = 0;
+    bool Whole = false;
+};
+
+class RenderSurface {
+public:
+    virtual ~RenderSurface() = default;
+    virtual void BeginFrame(const FrameRows& rows) = 0;
+    // cellCount cells from column, row, whose characters are the units of text
+    // (one character per cell; combining marks stay with their base).
+    virtual void PaintRun(int column, int row, const wchar_t* text, int units, int cellCount,
+                          const RunColours& colours) = 0;
+    virtual void PaintCaret(int column, int row) = 0;
+    virtual void EndFrame() = 0;
+};
+
+// The colours of a cell attribute with the palette and items as they are now.
+RunColours ColoursOf(uint16_t attr);
+
+class ScreenPainter {
+public:
+    // Draws the rows the store reports as changed since the last call, in one
+    // frame; false when nothing had changed.
+    bool PaintChanges(ScreenStore& store, RenderSurface& surface);
+    // Draws every visible row: the window was uncovered, resized or recoloured.
+    // What the store had recorded is covered by this and dropped.
+    void PaintAll(ScreenStore& store, RenderSurface& surface);
+
+private:
+    void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows);
+    void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns);
+    void PaintMoreMark(const ScreenStore& store, RenderSurface& surface);
+    // Joins the text of count cells from x, y into the run buffer; returns
+    // the units, or -1 when the buffer cannot grow.
+    int JoinCells(const ScreenStore& store, int x, int y, int count);
+
+    std::vector<wchar_t> runBuffer_ = std::vector<wchar_t>(size_t(RunBufferSize));
+};
