@@ -1,6 +1,7 @@
 #include "app/main_window.h"
 
 #include "app/globals.h"
+#include "app/help_link.h"
 #include "app/profile/profile.h"
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
@@ -209,6 +210,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_CLOSE:
         // Closing while a command runs would pull the stack from under it.
         if (CommandRunning) return 0;
+        HelpLink(HelpCloseAll);
         SaveSession();
         break;
     case WM_DESTROY:

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Plays the user at the real window program under the private X server:
-# types a few commands that print in colour, then exit and Enter, through the
-# keyboard, and checks that the program ended by itself.
+# types echo hello>out.txt and a few commands that print in colour, then exit
+# and Enter, through the keyboard, and checks the file and that the program
+# ended by itself.
 #   Set by tools/wine-run: DISPLAY, WINE_PID, OMB_SCRATCH; OMB_ARTIFACTS may
 #   name a folder for screenshots.
 set -u
@@ -49,6 +50,7 @@ sleep 2
 xdotool windowfocus --sync "$window"
 # A taller window holds more rows of the screen.
 timeout 10 xdotool windowsize --sync "$window" 700 560 2>/dev/null
+line 'echo hello>out.txt'
 line 'echo hello'
 # Output in several colours: a colour that lasts until the next, and an error.
 line 'colour yellow & echo yellow & colour green & echo green & colour magenta & echo magenta & colour text'
@@ -64,6 +66,10 @@ for colour in '#FF0000' '#FFFF00'; do
     count=$(pixels_of "$picture" "$colour")
     [ "${count:-0}" -gt 20 ] || { echo "no text in $colour on the screen ($count pixels)"; exit 1; }
 done
+
+# The program starts in the scratch folder: the redirected file is there.
+[ "$(cat "$OMB_SCRATCH/out.txt" 2>/dev/null)" = "$(printf 'hello\r')" ] ||
+    { echo "out.txt does not hold hello: $(od -c "$OMB_SCRATCH/out.txt" 2>&1 | head -3)"; exit 1; }
 
 xdotool type --delay 40 'exit'
 xdotool key Return
