@@ -163,13 +163,15 @@ void ComparisonForm(wchar_t* p, Condition& c)
     while (*after && !IsWhite(*after)) after = (*after == L'"') ? SkipStrW(after + 1) : after + 1;
     if (*after) *after++ = 0;
     c.rest = SkipWhiteW(after);
-    wchar_t* left = Operand(SkipWhiteW(p));
-    right = Operand(right);
+    // Emptiness is judged as written: "" is an operand, the empty text.
+    wchar_t* left = SkipWhiteW(p);
     if (!*left || !*right) {
         ReportId(32);
         c.failed = true;
         return;
     }
+    left = Operand(left);
+    right = Operand(right);
     int64_t a, b, difference;
     if (op != Operator::Equal && WholeNumber(left, &a) && WholeNumber(right, &b))
         difference = int64_t(uint64_t(a) - uint64_t(b));

@@ -20,6 +20,9 @@ TEST(If, ComparisonsTextAndNumeric)
         {"a==a", true},
         {"a==b", false},
         {"\"a b\"==\"a b\"", true},
+        {"\"\"==\"\"", true}, // quotes make an operand even around nothing
+        {"\"a\"==\"\"", false},
+        {"\"\" lss a", true},
         {"a == a", true}, // blanks around the operator are trimmed
         {"01==1", false}, // == is always text
         {"01 equ 1", true},
@@ -44,6 +47,7 @@ TEST(If, ComparisonsTextAndNumeric)
         std::string line = std::string("if ") + c.condition + " echo yes\n";
         EXPECT_EQ(TypedOutput(line), c.truth ? L"yes\n" : L"") << line;
     }
+    EXPECT_EQ(TypedOutput("if \"%nosuch%\"==\"\" echo unset\n"), L"unset\n");
     // "not /i" is not the switch: the left operand is the text "/i a".
     EXPECT_EQ(TypedOutput("if not /i a==A echo y\n"), L"y\n");
     // Without else behind a group, the rest is one statement.
