@@ -2,7 +2,6 @@
 // ask, pause, getkey, getstr, getnum, locate, box, beep and sleep.
 #include "app/errors.h"
 #include "app/event_pump.h"
-#include "app/host.h"
 #include "app/profile/profile.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
@@ -19,7 +18,6 @@
 namespace {
 
 constexpr wchar_t kCtrlC = 3;
-constexpr wchar_t kCtrlZ = 0xFFFF;
 
 bool OnlyBlanks(const wchar_t* text) { return !*SkipWhiteW(text); }
 
@@ -97,8 +95,8 @@ void CmdPause()
 void CmdGetkey()
 {
     TheScreen.Write(CommandArgs.Tail);
-    Host->Refresh();
-    wchar_t key = ReadKey();
+    // A key is asked of the user even while input is redirected.
+    wchar_t key = ReadKeyEcho();
     if (key == kCtrlC || key == 0) {
         BreakWait();
         SetVariable(L"GETKEY", L"");

@@ -65,6 +65,8 @@ TEST(Console, GetkeyGetstrGetnumStoreTheirVariables)
     f.WriteBytes(L"read.bat", "@echo off\r\n"
                               "getstr < in.txt\r\necho [%GETSTR%]\r\n");
     EXPECT_EQ(JoinLines(RunOmbcIn(f.Path(), L"/C read.bat").Output), L"[first]\n");
+    // getkey asks the keyboard, not the file.
+    EXPECT_EQ(TypedOutput("getkey < in.txt\nqecho [%GETKEY%]\n", f.Path()), L"q\n[q]\n");
     for (const char* encoding : {"le", "be", "u8"}) {
         std::string bytes = encoding == std::string("le")   ? std::string("\xFF\xFE" "h\0i\0\r\0\n\0", 10)
                             : encoding == std::string("be") ? std::string("\xFE\xFF\0h\0i\0\r\0\n", 10)
