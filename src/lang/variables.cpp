@@ -5,6 +5,7 @@
 #include "lang/internal_vars.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <memory>
 
 int ReadVariable(const wchar_t* name, wchar_t* buffer, int size)
@@ -43,7 +44,7 @@ static bool AllDigits(const wchar_t* from, const wchar_t* to)
 }
 
 // name := base { "." part }; a part of digits stands, any other part is the
-// value of the variable it names.
+// value of the variable it names (an empty part names none, so stays empty).
 const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
 {
     const wchar_t* point = name;
@@ -62,7 +63,7 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
         const wchar_t* end = part;
         while (*end && *end != L'.') ++end;
         put(point, part);
-        if (part == end) break; // a trailing point is kept once
+        if (!part[std::wcsspn(part, L".")]) break; // trailing points are kept as one
         if (AllDigits(part, end)) {
             put(part, end);
         } else {

@@ -129,7 +129,11 @@ TEST(Expand, ArraysThroughDottedNames)
     EXPECT_EQ(Expand(L"%OMBT_ARR.OMBT_I:~0,1%"), L"x");
     wchar_t name[kValueMax];
     EXPECT_STREQ(ResolveSubscripts(L"a.OMBT_I.7.OMBT_NONE", name, kValueMax), L"a.2.7.");
-    EXPECT_STREQ(ResolveSubscripts(L"a..b", name, kValueMax), L"a.");
+    // An empty part stands between its points; trailing points are one.
+    EXPECT_STREQ(ResolveSubscripts(L"a..OMBT_I", name, kValueMax), L"a..2");
+    EXPECT_STREQ(ResolveSubscripts(L"a...7", name, kValueMax), L"a...7");
+    EXPECT_STREQ(ResolveSubscripts(L"a.OMBT_I..", name, kValueMax), L"a.2.");
+    EXPECT_STREQ(ResolveSubscripts(L"a..", name, kValueMax), L"a.");
     EXPECT_STREQ(ResolveSubscripts(L"OMBT_PT.", name, kValueMax), L"OMBT_PT.");
     EXPECT_EQ(Expand(L"%OMBT_PT.%"), L"pt");
     // The whole name is looked up first, subscripts resolved: "OMBT_PT.x:y"

@@ -197,6 +197,11 @@ TEST(Set, SetsDeletesAndListsInTheEnvironmentsOrder)
 
     Texts tail(lines.begin() + (IndexOf(lines, L"[]") >= 0 ? IndexOf(lines, L"[]") : 0), lines.end());
     EXPECT_EQ(NonEmpty(tail), (Texts{L"[]", L"Syntax Error", L"Invalid switch"}));
+
+    // An empty subscript between two points names nothing and stays empty;
+    // the parts behind it still count.
+    EXPECT_EQ(NonEmpty(Typed("set OMBT_I=4\nset OMBT_ARR..OMBT_I=mid\necho [%OMBT_ARR.%] [%OMBT_ARR..4%]\n")),
+              (Texts{L"[] [mid]"}));
 }
 
 TEST(Let, AssignsNumbersAndReportsItsOwnErrors)
