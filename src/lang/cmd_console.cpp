@@ -48,7 +48,7 @@ void CmdEcho()
         TheScreen.NewLine();
         return;
     }
-    if (CommandArgs.ArgCount == 1 && !CommandArgs.Switches[0]) {
+    if (CommandArgs.ArgCount == 1) {
         if (lstrcmpiW(CommandArgs.Args[0], L"on") == 0) {
             TheShell.EchoOn = 1;
             return;

@@ -21,6 +21,9 @@ TEST(Console, EchoSayAndTheFilter)
     TempFolder f;
     f.WriteBytes(L"esc.bat", "@echo off\r\necho ab\x1b[1Dc\r\nsay x\r\nsay y\r\necho.\r\n");
     EXPECT_EQ(JoinLines(RunOmbcIn(f.Path(), L"/C esc.bat").Output), L"ac\nxy\n");
+    // One argument decides, whatever switches stand beside it.
+    f.WriteBytes(L"off.bat", "@echo off /q\r\necho\r\n");
+    EXPECT_EQ(JoinLines(RunOmbcIn(f.Path(), L"/C off.bat").Output), L"echo is OFF\n");
 }
 
 TEST(Console, AskSetsErrorLevelFromTheAnswer)
