@@ -112,24 +112,26 @@ bool StatementRedirects::OpenOutput(const Entry& entry)
     // A read-only file is never written, whatever rights the process has.
     DWORD attributes = GetFileAttributesW(entry.Name.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) return false;
-    HANDLE h = entry.Name.empty() ? INVALID_HANDLE_VALUE
-                                  : CreateFileW(entry.Name.c_str(), GENERIC_READ | GENERIC_WRITE,
-                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                append ? OPEN_ALWAYS : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (h == INVALID_HANDLE_VALUE) return false;
+    // Opened without truncation: an existing file is emptied only once every
+    // stream of the statement has opened.
+    HANDLE h = CreateFileW(entry.Name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                           nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (entry.Name.empty() || h == INVALID_HANDLE_VALUE) {
+        if (h != INVALID_HANDLE_VALUE) CloseHandle(h);
+        return false;
+    }
+    createdOutput_ = GetLastError() != ERROR_ALREADY_EXISTS;
     LARGE_INTEGER size{};
     GetFileSizeEx(h, &size);
     appendStart_ = append ? size.QuadPart : 0;
-    TheScreen.OpenRedirect(h);
-    ownsStreams_ = true;
+    pendingOutput_ = h;
     return true;
 }
 
-// The first output opens before the first input, so an output is created
-// or emptied even when the input then fails.
 bool StatementRedirects::OpenStreams()
 {
     appendStart_ = 0;
+    createdOutput_ = false;
     const Entry* output = nullptr;
     const Entry* input = nullptr;
     for (int i = 0; i < count_; ++i) {
@@ -137,9 +139,22 @@ bool StatementRedirects::OpenStreams()
         if (!input && (entries_[i].Flags & Input)) input = &entries_[i];
     }
     if (output && !OpenOutput(*output)) return false;
-    if (!input) return true;
-    if (!TheEditor.Input.Open(input->Name.c_str())) return false;
-    ownsStreams_ = true;
+    if (input && !TheEditor.Input.Open(input->Name.c_str())) {
+        // The output was not touched yet; a file made just now goes again.
+        if (output) {
+            CloseHandle(pendingOutput_);
+            if (createdOutput_) DeleteFileW(output->Name.c_str());
+        }
+        pendingOutput_ = nullptr;
+        return false;
+    }
+    if (input) ownsStreams_ = true;
+    if (output) {
+        if (!(output->Flags & Append)) SetEndOfFile(pendingOutput_);
+        TheScreen.OpenRedirect(pendingOutput_);
+        pendingOutput_ = nullptr;
+        ownsStreams_ = true;
+    }
     return true;
 }
 

@@ -44,6 +44,8 @@ private:
     int count_ = 0;
     bool failed_ = false;
     bool ownsStreams_ = false;
+    bool createdOutput_ = false;
+    void* pendingOutput_ = nullptr; // opened, not yet handed to the writer
     int64_t appendStart_ = 0;
     std::wstring nextStage_;
     wchar_t stageText_[4096] = {};

@@ -112,12 +112,11 @@ TEST(Redirect, PipesRunInTurnAndLeaveNoTemporaryFile)
     EXPECT_EQ(TemporaryFiles(), before);
 }
 
-TEST(Redirect, FailuresRunNothing)
+TEST(Redirect, FailuresRunNothingAndTouchNothing)
 {
     TempFolder f;
     CreateDirectoryW((f / L"folder").c_str(), nullptr);
     f.WriteBytes(L"keep.txt", "precious\r\n");
-    f.WriteBytes(L"emptied.txt", "precious\r\n");
     f.WriteBytes(L"ro.txt", "read only\r\n");
     SetFileAttributesW((f / L"ro.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     const std::wstring refused = L"Unable to redirect\n\n";
@@ -127,14 +126,12 @@ TEST(Redirect, FailuresRunNothing)
     EXPECT_EQ(RunIn(f, L"echo x > a?b"), refused);
     EXPECT_EQ(RunIn(f, L"echo x >"), refused);
     EXPECT_EQ(RunIn(f, L"echo x < nofile"), refused);
-    // The output opens before the input: emptied or made, even though the
-    // input then fails and nothing runs; an appended file keeps its text.
-    EXPECT_EQ(RunIn(f, L"echo x > emptied.txt < nofile"), refused);
-    EXPECT_EQ(f.ReadBytes(L"emptied.txt"), "");
-    EXPECT_EQ(RunIn(f, L"echo x > new.txt < nofile"), refused);
-    EXPECT_EQ(f.ReadBytes(L"new.txt"), "");
-    EXPECT_EQ(RunIn(f, L"echo x >> keep.txt < nofile"), refused);
+    // An output that opened is not emptied when the input then fails, and a
+    // file made for it goes again.
+    EXPECT_EQ(RunIn(f, L"echo x > keep.txt < nofile"), refused);
     EXPECT_EQ(f.ReadBytes(L"keep.txt"), "precious\r\n");
+    EXPECT_EQ(RunIn(f, L"echo x > new.txt < nofile"), refused);
+    EXPECT_FALSE(f.Exists(L"new.txt"));
     EXPECT_EQ(RunOmbcIn(f.Path(), L"/C \"echo x < nofile\"").ExitCode, 1);
     // More than 32 redirections refuse the statement.
     std::wstring many = L"echo x";
