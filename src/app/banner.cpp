@@ -2,6 +2,7 @@
 
 #include "app/profile/settings_table.h"
 #include "app/toolkit/omdib.h"
+#include "input/unix_mode.h"
 #include "lang/random.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
@@ -80,7 +81,7 @@ void WriteSystemInfo()
     wchar_t windows[kPathMax];
     UINT n = GetWindowsDirectoryW(windows, kPathMax);
     if (n == 0 || n >= UINT(kPathMax)) windows[0] = 0;
-    WriteInfo(403, windows);
+    WriteInfo(403, UnixDisplayW(windows));
     WriteCountInfo(408, NumDisplayColors(), L" colours");
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof memory;
