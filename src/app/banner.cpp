@@ -1,6 +1,7 @@
 #include "app/banner.h"
 
 #include "app/profile/settings_table.h"
+#include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "input/unix_mode.h"
 #include "lang/random.h"
@@ -129,6 +130,7 @@ void PrintBanner()
 {
     WriteTitle();
     WriteSystemInfo();
+    EnableClose(true);
     SeedRandom(uint32_t(std::time(nullptr)));
     if (SettingInt(L"Ombrel", L"Tips") != 0) {
         TheScreen.NewLine();
