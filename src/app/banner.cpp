@@ -1,7 +1,9 @@
 #include "app/banner.h"
 
 #include "app/profile/settings_table.h"
+#include "app/run_line.h"
 #include "app/toolkit/omdib.h"
+#include "input/unix_mode.h"
 #include "lang/random.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
@@ -80,7 +82,7 @@ void WriteSystemInfo()
     wchar_t windows[kPathMax];
     UINT n = GetWindowsDirectoryW(windows, kPathMax);
     if (n == 0 || n >= UINT(kPathMax)) windows[0] = 0;
-    WriteInfo(403, windows);
+    WriteInfo(403, UnixDisplayW(windows));
     WriteCountInfo(408, NumDisplayColors(), L" colours");
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof memory;
@@ -128,6 +130,7 @@ void PrintBanner()
 {
     WriteTitle();
     WriteSystemInfo();
+    EnableClose(true);
     SeedRandom(uint32_t(std::time(nullptr)));
     if (SettingInt(L"Ombrel", L"Tips") != 0) {
         TheScreen.NewLine();

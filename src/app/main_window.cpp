@@ -48,13 +48,24 @@ BOOL CALLBACK NoteInstance(HWND window, LPARAM data)
 }
 
 // The text area paints itself from the store; the update region only says
-// that the window must be drawn again.
+// that the window must be drawn again. The edit line is drawn first, since a
+// size change took its picture off the screen.
 void OnPaint(HWND window)
 {
     PAINTSTRUCT paint;
     BeginPaint(window, &paint);
     EndPaint(window, &paint);
+    TheEditor.RedrawLine();
     TheView.PaintAll();
+}
+
+// A line that wrapped at the old width would leave a stale copy behind at the
+// new one, so its picture goes before the screen changes size.
+void OnSize(WPARAM kind, LPARAM size)
+{
+    if (kind == SIZE_MINIMIZED) return;
+    TheEditor.BlankLine();
+    TheView.Resize(LOWORD(size), HIWORD(size));
 }
 
 void OnTimer(HWND window, WPARAM id)
@@ -223,9 +234,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         if (wParam) SaveSession();
         return 0;
     case WM_TIMER: OnTimer(window, wParam); return 0;
-    case WM_SIZE:
-        if (wParam != SIZE_MINIMIZED) TheView.Resize(LOWORD(lParam), HIWORD(lParam));
-        return 0;
+    case WM_SIZE: OnSize(wParam, lParam); return 0;
     case WM_SIZING:
         TheView.SnapToCells(*reinterpret_cast<RECT*>(lParam), wParam, kFrameStyle);
         return TRUE;

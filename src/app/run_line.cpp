@@ -13,13 +13,6 @@
 
 namespace {
 
-void EnableClose(bool enable)
-{
-    if (!MainWindow) return;
-    HMENU menu = GetSystemMenu(MainWindow, FALSE);
-    if (menu) EnableMenuItem(menu, 6, MF_BYPOSITION | (enable ? MF_ENABLED : MF_GRAYED));
-}
-
 void EchoConvertedLine(const wchar_t* line)
 {
     if (!TheUnixMode.Unix || !TheUnixMode.Display) return;
@@ -43,6 +36,13 @@ template <typename PrintFn> void PromptWith(PrintFn print)
 }
 
 } // namespace
+
+void EnableClose(bool enable)
+{
+    if (!MainWindow) return;
+    HMENU menu = GetSystemMenu(MainWindow, FALSE);
+    if (menu) EnableMenuItem(menu, 6, MF_BYPOSITION | (enable ? MF_ENABLED : MF_GRAYED));
+}
 
 void RunTopLevelLine()
 {

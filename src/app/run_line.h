@@ -2,6 +2,9 @@
 // interpreter and back to a fresh prompt.
 #pragma once
 
+// Greys or enables the Close item of the main window's system menu; the
+// window cannot be closed under a running command or before start-up is out.
+void EnableClose(bool enable);
 // Runs the editor's submitted line with the Close item greyed and
 // CommandRunning set, then shows the prompt.
 void RunTopLevelLine();

@@ -123,6 +123,14 @@ void CommandLineEditor::WordRight()
     while (Line[Caret] == L' ') ++Caret;
 }
 
+void CommandLineEditor::BlankLine()
+{
+    std::wstring text = Line;
+    for (size_t i = 0; i < text.size(); ++i) Line[i] = L' ';
+    RedrawLine();
+    CopyCutW(Line, text.c_str(), kLineMax);
+}
+
 void CommandLineEditor::ReplaceLine(const wchar_t* text, int oldLength)
 {
     if (lstrcmpW(text, Line) == 0) return;

@@ -58,6 +58,9 @@ public:
     void ResetLine();
     // Draws the line at the anchor and puts the cursor and caret at Caret.
     void RedrawLine();
+    // Erases the line's picture from the screen and keeps its text, before
+    // a size change lays the screen out anew; the next paint redraws it.
+    void BlankLine();
     // Shows a recalled line in place of the oldLength units shown now.
     void ReplaceLine(const wchar_t* text, int oldLength);
     // Types the first line of a text (clipboard contents).

@@ -2,6 +2,7 @@
 // lines, and a tip only while the setting Tips is on.
 #include "app/banner.h"
 #include "app/profile/profile.h"
+#include "input/unix_mode.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 #include "store_scope.h"
@@ -75,6 +76,22 @@ TEST(Banner, TitleAndInformationLinesInTheirColours)
     // Tips off: the information ends the banner, with one line end more.
     EXPECT_EQ(TheScreen.RowText(9), L"");
     EXPECT_EQ(TheScreen.CursorY, 10);
+}
+
+TEST(Banner, WindowsDirectoryIsShownInUnixFormInUnixMode)
+{
+    TempFolder folder;
+    int savedUnix = TheUnixMode.Unix;
+    TheUnixMode.Unix = 1;
+    PrintWithTips(folder, 0);
+    TheUnixMode.Unix = savedUnix;
+    wchar_t windows[MAX_PATH];
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    std::wstring expected = windows;
+    for (wchar_t& unit : expected)
+        if (unit == L'\\') unit = L'/';
+    const std::wstring label = L" Windows Directory......... ";
+    EXPECT_EQ(TheScreen.RowText(6), label + expected);
 }
 
 TEST(Banner, ATipFollowsWhileTipsIsOn)

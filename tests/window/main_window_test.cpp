@@ -1,5 +1,6 @@
 // The window program under a real (virtual) display: it starts, is titled,
 // closes when idle, and refuses to close while a command runs.
+#include "app/banner.h"
 #include "app/globals.h"
 #include "app/host.h"
 #include "app/main_window.h"
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -130,6 +132,35 @@ TEST(MainWindow, ExitGivenWithSlashCEndsTheProgram)
     ASSERT_TRUE(plain.EndsWithin(30000));
 }
 
+bool CloseGreyed(HWND window)
+{
+    return (GetMenuState(GetSystemMenu(window, FALSE), 6, MF_BYPOSITION) & MF_GRAYED) != 0;
+}
+
+TEST(MainWindow, CloseIsGreyedUntilTheBannerIsOut)
+{
+    HINSTANCE instance = GetModuleHandleW(nullptr);
+    WNDCLASSW known;
+    bool registered = !GetClassInfoW(instance, L"Ombrel", &known);
+    if (registered) {
+        ASSERT_TRUE(RegisterWindowClasses(instance));
+    }
+    MainWindow = CreateMainWindow(instance);
+    ASSERT_NE(MainWindow, nullptr);
+    EXPECT_TRUE(CloseGreyed(MainWindow));
+    // Without a STARTUP.BAT no line runs before the prompt, so the banner is
+    // what gives the user the Close item.
+    PrintBanner();
+    EXPECT_FALSE(CloseGreyed(MainWindow));
+
+    DestroyWindow(MainWindow);
+    MainWindow = nullptr;
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&msg);
+    if (registered)
+        for (const wchar_t* name : {L"Ombrel", L"OmbrelDialog", L"OmbrelShadowDialog"}) UnregisterClassW(name, instance);
+}
+
 // Plays the user who clicks Close while a command is printing.
 class ClosingHost : public ShellHost {
 public:
@@ -139,8 +170,7 @@ public:
     void PollBreak() override
     {
         ++attempts;
-        UINT state = GetMenuState(GetSystemMenu(window, FALSE), 6, MF_BYPOSITION);
-        closeGreyed = (state & MF_GRAYED) != 0;
+        closeGreyed = CloseGreyed(window);
         SendMessageW(window, WM_CLOSE, 0, 0);
     }
     wchar_t ReadKey() override { return 3; }
@@ -167,8 +197,7 @@ TEST(MainWindow, RefusesToCloseWhileACommandRuns)
     EXPECT_TRUE(host.closeGreyed);
     ASSERT_TRUE(IsWindow(MainWindow));
     EXPECT_EQ(CommandRunning, 0);
-    UINT state = GetMenuState(GetSystemMenu(MainWindow, FALSE), 6, MF_BYPOSITION);
-    EXPECT_EQ(state & MF_GRAYED, 0u);
+    EXPECT_FALSE(CloseGreyed(MainWindow));
 
     // exit inside a line: CommandRunning drops first, so the close is obeyed.
     TheEditor.TypeLine(L"exit", true);

@@ -150,6 +150,30 @@ TEST_F(WindowInputTest, TypedLinesRunThroughTheWindowProcedure)
     EXPECT_EQ(CommandRunning, 0);
 }
 
+TEST_F(WindowInputTest, AWiderWindowLeavesNoStaleCopyOfAWrappedLine)
+{
+    ShowPrompt();
+    int oldWidth = ScreenWidth;
+    std::wstring typed(size_t(oldWidth + 20), L'a');
+    Post(typed);
+    Pump();
+    ASSERT_EQ(Row(1), typed.substr(size_t(oldWidth - 1)));
+
+    // Wide enough for the whole line on the prompt's row.
+    int columns = oldWidth + 40;
+    SendMessageW(MainWindow, WM_SIZE, SIZE_RESTORED,
+                 MAKELPARAM(GetSystemMetrics(SM_CXVSCROLL) + columns * TheScreen.FontWidth,
+                            ScreenHeight * TheScreen.FontHeight));
+    ASSERT_EQ(ScreenWidth, columns);
+    // The repaint that follows a size change shows the line laid out anew.
+    SendMessageW(MainWindow, WM_PAINT, 0, 0);
+    EXPECT_EQ(Row(0), L">" + typed);
+    EXPECT_EQ(Row(1), L"");
+    EXPECT_EQ(TheScreen.CursorX, 1 + int(typed.size()));
+    EXPECT_EQ(TheScreen.CursorY, 0);
+    EXPECT_EQ(std::wstring(TheEditor.Line), typed);
+}
+
 TEST_F(WindowInputTest, WhileACommandRunsKeysReachOnlyTheViewKeys)
 {
     ShowPrompt();
