@@ -4,6 +4,7 @@
 #include "app/profile/profile.h"
 #include "app/toolkit/omdib.h"
 #include "exec/run_program.h"
+#include "input/editor.h"
 #include "lang/batch_program.h"
 #include "lang/command_args.h"
 #include "lang/dispatch.h"
@@ -91,7 +92,13 @@ void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)
     while (!stopped() && splitter->Next(true)) ExecuteStatement(batch, source);
 }
 
-void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source) { ExecutePipeline(batch, source); }
+void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source)
+{
+    // A Ctrl-Z or the end of a redirected input ends the reading of the
+    // statement that met it, not of every statement after it.
+    TheEditor.EndOfInput = 0;
+    ExecutePipeline(batch, source);
+}
 
 void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
 {

@@ -3,6 +3,7 @@
 #include "lang/dispatch.h"
 
 #include "support/ombc_runner.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -204,6 +205,22 @@ TEST(Dispatch, SeedGivesTheSameSequenceEveryTime)
     // x = x * 22695477 + 1, bits 16 to 30: seed 1 gives 346, then 130.
     OmbcResult r = RunOmbc(L"", "seed 1\necho %random%;%random%\nseed 1\necho %random%\n");
     EXPECT_EQ(JoinLines(r.Output), L"346;130\n346\n");
+}
+
+} // namespace
+
+namespace {
+
+TEST(Dispatch, TheEndOfARedirectedInputEndsWithItsStatement)
+{
+    // The first getstr reads its file to the end; the next statement reads
+    // the keyboard again instead of finding the input still ended.
+    TempFolder f;
+    f.WriteBytes(L"one.txt", "only");
+    f.WriteBytes(L"eof.txt", "line\x1Arest\r\n");
+    EXPECT_EQ(TypedOutput("getstr < one.txt\necho [%GETSTR%]\ngetstr\ntyped\necho [%GETSTR%]\n", f.Path()),
+              L"[only]\n[typed]\n");
+    EXPECT_EQ(TypedOutput("getstr <eof.txt& getstr& echo [%GETSTR%]\nagain\n", f.Path()), L"[again]\n");
 }
 
 } // namespace
