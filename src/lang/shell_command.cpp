@@ -40,14 +40,19 @@ void ShellCommand::RunLine(const wchar_t* line)
 
 void ShellCommand::RunCommandLine(const wchar_t* line)
 {
+    // The asking stage's text lives in its caller's buffer, which outlives
+    // this call; it is put back there and parsed again, so that CommandArgs
+    // never points into this frame once it returns.
+    wchar_t* stage = const_cast<wchar_t*>(CommandArgs.WholeLine);
     auto saved = std::make_unique<wchar_t[]>(kLineMax);
-    CopyCutW(saved.get(), CommandArgs.WholeLine, kLineMax);
+    CopyCutW(saved.get(), stage, kLineMax);
     int32_t echo = EchoOn;
     EchoOn = 0;
     Terminate = 0;
     RunLine(line);
     EchoOn = echo;
-    CommandArgs.Parse(saved.get());
+    lstrcpyW(stage, saved.get());
+    CommandArgs.Parse(stage);
 }
 
 // Groups, if, for, loops and batch programs all nest by running statements
