@@ -41,6 +41,16 @@ TEST(Locals, ParametersKeepTheirQuotesButAProcedureDropsThem)
                                    L"[one] 3 back\n");
 }
 
+TEST(Locals, OnlyAProcAtTheFirstColumnDefinesAProcedure)
+{
+    TempFolder f;
+    f.WriteBytes(L"i.bat", "@echo off\r\necho before\r\n proc p\r\necho never\r\n");
+    EXPECT_EQ(RunIn(f, "i.bat\ny\n"), L"before\nMisplaced procedure\n\nTerminate Batch at line 3 (Y/N)? y\n");
+    // Without a name "proc" defines nothing either.
+    f.WriteBytes(L"n.bat", "@echo off\r\nproc\r\necho never\r\n");
+    EXPECT_EQ(RunIn(f, "n.bat\ny\n"), L"Misplaced procedure\n\nTerminate Batch at line 2 (Y/N)? y\n");
+}
+
 TEST(Locals, DataAndReadWalkAListPerProgram)
 {
     TempFolder f;
