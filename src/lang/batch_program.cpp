@@ -152,11 +152,14 @@ void BatchProgram::RunLine(const std::wstring& text)
     ExpandBatchLine(*this, text.c_str() + (silent ? 1 : 0), expanded.get(), kLineMax);
     Jumped = 0;
     // Every caller has just fetched the line, so it stands before NextLine.
+    // Its statements are shown to the trace with the line as read, not as
+    // joined with the rest of its group.
+    const std::wstring& raw = Lines[size_t(NextLine - 1)].Raw;
     TraceHighlightLine(NextLine - 1);
     if (!silent && TheShell.EchoOn) EchoBatchLine(expanded.get());
     auto splitter = std::make_unique<StatementSplitter>();
     if (!splitter->Start(expanded.get())) return;
-    while (TheShell.Terminate != 2 && splitter->Next(false)) TheShell.ExecuteStatement(this, text.c_str());
+    while (TheShell.Terminate != 2 && splitter->Next(false)) TheShell.ExecuteStatement(this, raw.c_str());
 }
 
 void BatchProgram::Run()

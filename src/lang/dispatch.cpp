@@ -40,7 +40,7 @@ const CommandEntry kCommands[] = {
     {L"dlgendall", nullptr, NeedsBatch},
     {L"dlgitem", nullptr, NeedsBatch},
     {L"dlgmenu", nullptr, NeedsBatch},
-    {L"dlgshow", nullptr, NeedsBatch},
+    {L"dlgshow", nullptr, NeedsBatch | WaitsForUser},
     {L"echo", CmdEcho, KeepsLevel},
     {L"echo.", CmdEchoDot, KeepsLevel},
     {L"enable", nullptr, NeedsBatch},

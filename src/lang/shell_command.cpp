@@ -4,6 +4,7 @@
 #include "app/profile/profile.h"
 #include "app/toolkit/omdib.h"
 #include "exec/run_program.h"
+#include "input/editor.h"
 #include "lang/batch_program.h"
 #include "lang/command_args.h"
 #include "lang/dispatch.h"
@@ -39,14 +40,19 @@ void ShellCommand::RunLine(const wchar_t* line)
 
 void ShellCommand::RunCommandLine(const wchar_t* line)
 {
+    // The asking stage's text lives in its caller's buffer, which outlives
+    // this call; it is put back there and parsed again, so that CommandArgs
+    // never points into this frame once it returns.
+    wchar_t* stage = const_cast<wchar_t*>(CommandArgs.WholeLine);
     auto saved = std::make_unique<wchar_t[]>(kLineMax);
-    CopyCutW(saved.get(), CommandArgs.WholeLine, kLineMax);
+    CopyCutW(saved.get(), stage, kLineMax);
     int32_t echo = EchoOn;
     EchoOn = 0;
     Terminate = 0;
     RunLine(line);
     EchoOn = echo;
-    CommandArgs.Parse(saved.get());
+    lstrcpyW(stage, saved.get());
+    CommandArgs.Parse(stage);
 }
 
 // Groups, if, for, loops and batch programs all nest by running statements
@@ -91,7 +97,13 @@ void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)
     while (!stopped() && splitter->Next(true)) ExecuteStatement(batch, source);
 }
 
-void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source) { ExecutePipeline(batch, source); }
+void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source)
+{
+    // A Ctrl-Z or the end of a redirected input ends the reading of the
+    // statement that met it, not of every statement after it.
+    TheEditor.EndOfInput = 0;
+    ExecutePipeline(batch, source);
+}
 
 void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
 {

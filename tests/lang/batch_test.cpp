@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -236,6 +237,27 @@ TEST(Batch, RunawayCallsAndVanishingFilesEndCleanly)
     CloseHandle(thread);
     EXPECT_FALSE(f.Exists(L"gone.bat"));
     EXPECT_EQ(JoinLines(r.Output), L"before\nafter\n");
+}
+
+} // namespace
+
+namespace {
+
+TEST(Batch, LinesOfExactly4095CharactersLoadAndOneMoreDoesNot)
+{
+    TempFolder f;
+    auto x = [](const std::wstring& out) { return std::count(out.begin(), out.end(), L'x'); };
+    // A group joined from three lines: "(" "echo x..." ")" with no separator.
+    f.WriteBytes(L"j1.bat", "@echo off\r\n(\r\necho " + std::string(4088, 'x') + "\r\n)\r\n");
+    f.WriteBytes(L"j2.bat", "@echo off\r\n(\r\necho " + std::string(4089, 'x') + "\r\n)\r\n");
+    f.WriteBytes(L"p1.bat", "@echo " + std::string(4089, 'x') + "\r\n");
+    f.WriteBytes(L"p2.bat", "@echo " + std::string(4090, 'x') + "\r\n");
+    for (const wchar_t* fits : {L"j1.bat", L"p1.bat"}) {
+        std::wstring out = RunIn(f, fits);
+        EXPECT_EQ(out.find(L"Line to long"), std::wstring::npos) << fits;
+        EXPECT_GE(x(out), 4088) << fits;
+    }
+    for (const wchar_t* tooLong : {L"j2.bat", L"p2.bat"}) EXPECT_EQ(RunIn(f, tooLong), L"Line to long\n\n") << tooLong;
 }
 
 } // namespace

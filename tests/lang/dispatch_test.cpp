@@ -3,6 +3,7 @@
 #include "lang/dispatch.h"
 
 #include "support/ombc_runner.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -30,13 +31,15 @@ const wchar_t* const kAllNames =
     L"strfold strpad strrep strrev strrfind strsize strsplit strtrim substr tasks tick time timer tips trace tree "
     L"type until upper ver verify viewicon vol volume wallpaper where which while xset";
 
-std::set<std::wstring> AllNames()
+std::set<std::wstring> Words(const wchar_t* text)
 {
-    std::wistringstream words(kAllNames);
-    std::set<std::wstring> names;
-    for (std::wstring word; words >> word;) names.insert(word);
-    return names;
+    std::wistringstream words(text);
+    std::set<std::wstring> set;
+    for (std::wstring word; words >> word;) set.insert(word);
+    return set;
 }
+
+std::set<std::wstring> AllNames() { return Words(kAllNames); }
 
 TEST(Dispatch, TableIsSortedAndHoldsOnlyKnownNames)
 {
@@ -62,6 +65,32 @@ TEST(Dispatch, TableIsSortedAndHoldsOnlyKnownNames)
     ASSERT_EQ(help.size(), 148u);
     EXPECT_STREQ(help[77], L"modules");
     EXPECT_STREQ(help[147], L"until");
+}
+
+// The rows that carry each flag, as the language defines them; a row added
+// to the table later must carry its flags from the start.
+const wchar_t* const kNeedsBatch =
+    L"cbadd cbdelete cbdir cbfind cbget cbinsert cbset cbtext check dlgbox dlgend dlgendall dlgitem dlgmenu "
+    L"dlgshow enable endproc getfocus gettext gray grey ischecked isenabled isgrayed isgreyed isticked lbadd "
+    L"lbdelete lbdir lbfind lbget lbinsert lbset lbtext proc radio setfocus settext tick";
+const wchar_t* const kIgnoredAtPrompt = L"callproc gosub goto return shift stop";
+const wchar_t* const kKeepsLevel =
+    L"ask beep box calc call callproc comma data date2ser diskfree diskused echo echo. end endlocal endproc "
+    L"enumreg filedate filesize filetime filetype for getini getkey getnum getreg getstr gosub goto let locate "
+    L"lower more parse pause play proc read readln rem return say seed ser2date set setini setlocal setreg "
+    L"shift sleep start stop strfind strfold strpad strrep strrev strrfind strsize strsplit strtrim substr trace "
+    L"upper xset";
+const wchar_t* const kWaitsForUser = L"pause getstr getkey getnum msgbox dispbox editbox openbox savebox dlgshow";
+
+TEST(Dispatch, EveryRowCarriesItsFlags)
+{
+    const std::pair<unsigned, std::set<std::wstring>> flags[] = {{NeedsBatch, Words(kNeedsBatch)},
+                                                                 {IgnoredAtPrompt, Words(kIgnoredAtPrompt)},
+                                                                 {KeepsLevel, Words(kKeepsLevel)},
+                                                                 {WaitsForUser, Words(kWaitsForUser)}};
+    for (const CommandEntry& entry : CommandTable())
+        for (const auto& [flag, names] : flags)
+            EXPECT_EQ((entry.Flags & flag) != 0, names.count(entry.Name) != 0) << entry.Name << " flag " << flag;
 }
 
 TEST(Dispatch, BuiltinsLabelsAndUnknownWordsEndToEnd)
@@ -204,6 +233,22 @@ TEST(Dispatch, SeedGivesTheSameSequenceEveryTime)
     // x = x * 22695477 + 1, bits 16 to 30: seed 1 gives 346, then 130.
     OmbcResult r = RunOmbc(L"", "seed 1\necho %random%;%random%\nseed 1\necho %random%\n");
     EXPECT_EQ(JoinLines(r.Output), L"346;130\n346\n");
+}
+
+} // namespace
+
+namespace {
+
+TEST(Dispatch, TheEndOfARedirectedInputEndsWithItsStatement)
+{
+    // The first getstr reads its file to the end; the next statement reads
+    // the keyboard again instead of finding the input still ended.
+    TempFolder f;
+    f.WriteBytes(L"one.txt", "only");
+    f.WriteBytes(L"eof.txt", "line\x1Arest\r\n");
+    EXPECT_EQ(TypedOutput("getstr < one.txt\necho [%GETSTR%]\ngetstr\ntyped\necho [%GETSTR%]\n", f.Path()),
+              L"[only]\n[typed]\n");
+    EXPECT_EQ(TypedOutput("getstr <eof.txt& getstr& echo [%GETSTR%]\nagain\n", f.Path()), L"[again]\n");
 }
 
 } // namespace

@@ -216,6 +216,16 @@ TEST_F(TraceTest, OneStepIsOneStage)
     EXPECT_EQ(Printed(), (std::vector<std::wstring>{L"a", L"b", L"c"}));
 }
 
+TEST_F(TraceTest, TheSourceOfAJoinedGroupIsItsFirstLineAsRead)
+{
+    folder.WriteBytes(L"g.bat", "@echo off\r\n(\r\necho a\r\n  echo b\r\n)\r\necho c\r\n");
+    Trace(L"g.bat", "ssss");
+    ASSERT_EQ(view.Waits.size(), 4u);
+    const std::vector<std::wstring> sources = {L"@echo off", L"(", L"(", L"echo c"};
+    for (size_t i = 0; i < view.Waits.size(); ++i) EXPECT_EQ(view.Waits[i].Source, sources[i]) << i;
+    EXPECT_EQ(Printed(), (std::vector<std::wstring>{L"a", L"b", L"c"}));
+}
+
 TEST_F(TraceTest, RunFreelyClosesTheViewAndStopEndsTheProgram)
 {
     folder.WriteBytes(L"t.bat", kTwoStages);
