@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "app/window_host.h"
 #include "screen/screen_store.h"
+#include "bench_support.h"
 
 #include <chrono>
 #include <cstdio>
@@ -28,12 +29,8 @@ template <typename EachLine> double NanosecondsPerLine(EachLine eachLine)
 
 int main()
 {
-    HINSTANCE instance = GetModuleHandleW(nullptr);
-    if (!RegisterWindowClasses(instance)) return 1;
-    MainWindow = CreateMainWindow(instance);
-    if (!MainWindow) return 1;
     WindowHost host;
-    host.Install();
+    if (!OpenBenchWindow(host)) return 1;
     MSG msg;
     while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&msg);
 

@@ -9,6 +9,7 @@
 #include "screen/colours.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
+#include "bench_support.h"
 
 #include <windows.h>
 
@@ -21,13 +22,6 @@ namespace {
 constexpr int kFrames = 500;
 constexpr int kLines = 100000;
 constexpr int kRounds = 3;
-
-double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
-{
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
-}
 
 // Every row in runs of eight colours.
 void FillScreen()
@@ -85,12 +79,8 @@ double WriteLines()
 
 int main()
 {
-    HINSTANCE instance = GetModuleHandleW(nullptr);
-    if (!RegisterWindowClasses(instance)) return 1;
-    MainWindow = CreateMainWindow(instance);
-    if (!MainWindow) return 1;
     WindowHost host;
-    host.Install();
+    if (!OpenBenchWindow(host)) return 1;
     ShowWindow(MainWindow, SW_SHOWNORMAL);
     SetTimer(MainWindow, 300, 250, nullptr);
     CommandRunning = 1;

@@ -3,6 +3,7 @@
 // and a full scrollback side by side. Scrolling turns a ring of rows, so the
 // two figures should be close.
 #include "screen/screen_store.h"
+#include "bench_support.h"
 
 #include <windows.h>
 
@@ -17,13 +18,6 @@ constexpr int kLines = 1000000;
 constexpr int kLineLength = 80;
 // The machine is shared: each figure is the best of a few alternating rounds.
 constexpr int kRounds = 5;
-
-double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
-{
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
-}
 
 // Characters written per second, in millions.
 double WriteLines(int scrollBack)
