@@ -162,6 +162,9 @@ INT_PTR TraceDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
     case WM_COMMAND:
+        // Escape arrives as the command of id 2 with no control behind it;
+        // 2 is also Run's id, and Escape must not run the program on.
+        if (LOWORD(wParam) == IDCANCEL && lParam == 0) return TRUE;
         return OnCommand(LOWORD(wParam), HIWORD(wParam));
     case WM_DRAWITEM:
         DrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));

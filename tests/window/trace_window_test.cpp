@@ -41,7 +41,8 @@ std::wstring ItemText(HWND dialog, int id)
 
 // How the test presses a button: a click on it, a command posted to the
 // window, or closing the window.
-enum class Press { Click, Command, Close };
+// Escape stands before another press and is answered within the same wait.
+enum class Press { Click, Command, Close, Escape };
 
 struct Action {
     Press How;
@@ -72,6 +73,13 @@ public:
         Seen.push_back(Take(window));
         Action action = Actions.front();
         Actions.pop_front();
+        if (action.How == Press::Escape && !Actions.empty()) {
+            int before = TheShell.TracePermitted;
+            SendMessageW(window, WM_COMMAND, MAKEWPARAM(IDCANCEL, 0), 0);
+            EscapeChangedNothing = EscapeChangedNothing && TheShell.TracePermitted == before && IsWindow(window);
+            action = Actions.front();
+            Actions.pop_front();
+        }
         if (action.How == Press::Click) {
             SendMessageW(GetDlgItem(window, action.Id), BM_CLICK, 0, 0);
             return;
@@ -110,6 +118,10 @@ private:
         return shot;
     }
 
+public:
+    bool EscapeChangedNothing = true;
+
+private:
     bool pending_ = false;
     int pendingWaits_ = 0;
     int permitted_ = 0;
@@ -181,7 +193,8 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
     TraceViewer = &dialog;
 
     folder.WriteBytes(L"t.bat", "@echo off\r\necho a& echo b\r\necho c > \"" + Narrow(folder / L"c.txt") + "\"\r\n");
-    dialog.Actions = {{Press::Click, TraceDialog::kStep},
+    dialog.Actions = {{Press::Escape, 0},
+                      {Press::Click, TraceDialog::kStep},
                       {Press::Command, TraceDialog::kStep},
                       {Press::Click, TraceDialog::kStep},
                       {Press::Command, TraceDialog::kRun}};
@@ -204,6 +217,8 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
         EXPECT_EQ(shot.Processed.substr(0, processed[i].size()), processed[i]) << i;
         EXPECT_TRUE(shot.StepEnabled) << i;
     }
+    // Escape neither ran nor stopped anything.
+    EXPECT_TRUE(dialog.EscapeChangedNothing);
     // Run closed the window and let the rest run.
     EXPECT_FALSE(IsWindow(dialog.LastWindow));
     EXPECT_EQ(dialog.Window(), nullptr);
