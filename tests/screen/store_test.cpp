@@ -124,6 +124,14 @@ TEST_F(ScreenTest, StoreSizeIsClampedAndKeepsTheNewestRows)
     store->SetScrollBack(-5);
     EXPECT_EQ(store->Rows(), 2 * MaxHeight + 30);
     EXPECT_EQ(Row(22), bottom);
+
+    // A history limit below the screen area plus 30 rows cannot be had: the
+    // floor wins over the ceiling.
+    settings.Set(L"MaxScroll", L"100");
+    LoadScreenLimits();
+    store->SetScrollBack(1000000);
+    EXPECT_EQ(store->Rows(), 2 * MaxHeight + 30);
+    EXPECT_EQ(Row(22), bottom);
 }
 
 TEST_F(ScreenTest, HandEditedLimitsAreClampedBeforeTheStoreIsBuilt)
