@@ -84,10 +84,14 @@ TEST_F(ScreenTest, SaveScreenEmptiesTheStoreAndRestoreBringsItBack)
     EXPECT_EQ(store->CellAt(0, 0).Units(), nullptr);
     EXPECT_FALSE(cells::isblank(store->CellAt(0, 0)));
     EXPECT_EQ(Row(0), L"");
-    store->Locate(0, 0);
+    store->Locate(3, 0);
     store->Write(L"during");
     store->LineFeed();
     EXPECT_EQ(Row(0), L"during");
+    // A console program reading the row passes the empty cells and gets the text.
+    wchar_t units[8] = {};
+    EXPECT_EQ(store->ReadChars(0, 0, 6, units), 6);
+    EXPECT_EQ(std::wstring(units), L"during");
     ASSERT_EQ(store->RestoreScreen(), 0);
     EXPECT_EQ(Row(0), L"before");
     EXPECT_EQ(Row(1), L"second");
