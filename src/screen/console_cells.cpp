@@ -56,6 +56,7 @@ int ScreenStore::WriteChars(int x, int y, int count, const wchar_t* text)
     return written;
 }
 
+// An empty cell gives no units, and the walk goes on past it.
 int ScreenStore::ReadChars(int x, int y, int count, wchar_t* destination) const
 {
     return const_cast<ScreenStore*>(this)->WalkScreen(x, y, count, 0, [&](ScreenCell& cell, int& done) {
@@ -63,6 +64,6 @@ int ScreenStore::ReadChars(int x, int y, int count, wchar_t* destination) const
         if (units > count - done) return false;
         cells::get(cell, destination + done);
         done += units;
-        return units > 0;
+        return true;
     });
 }

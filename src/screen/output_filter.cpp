@@ -110,7 +110,8 @@ private:
     ScreenStore& screen_;
     FilterRules rules_;
     EscapeState state_{};
-    wchar_t pending_[kLineMax];
+    // Room for the largest batch and its terminator.
+    wchar_t pending_[kLineMax + 1];
     int n_ = 0;
 };
 
@@ -125,7 +126,7 @@ void ScreenStore::WriteEscaped(const wchar_t* text)
 int ScreenStore::ConsoleWrite(const wchar_t* text, int filter, int clearBreak)
 {
     if (clearBreak) BreakFlag = 0;
-    OutputFilter(*this, FilterRules{kLineMax - 1, kLineMax - 1, true, filter != 0}).Run(text);
+    OutputFilter(*this, FilterRules{kLineMax, kLineMax, true, filter != 0}).Run(text);
     return lstrlenW(text);
 }
 

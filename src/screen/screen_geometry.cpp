@@ -17,9 +17,9 @@ void LoadScreenLimits()
 int ClampScrollBack(int rows)
 {
     int64_t history = int64_t(rows) - MaxHeight;
-    if (history > MaxScroll) return MaxScroll + MaxHeight;
-    if (history < MaxHeight + 30) return 2 * MaxHeight + 30;
-    return rows;
+    if (history > MaxScroll) history = MaxScroll;
+    if (history < MaxHeight + 30) history = MaxHeight + 30;
+    return int(history) + MaxHeight;
 }
 
 int ClampColumns(int columns) { return std::max(std::min(columns, MaxWidth), kMinWidth); }

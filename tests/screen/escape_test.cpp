@@ -202,6 +202,11 @@ TEST_F(ScreenTest, ConsoleWritersKeepOrFilterControlUnits)
     for (const wchar_t* p = L"ab\tc\rd\be\nf"; *p; ++p) EXPECT_EQ(store->ConsoleWriteUnit(*p), *p);
     EXPECT_EQ(Row(4), L"eb      c");
     EXPECT_EQ(Row(5), L"f");
+
+    // A console batch holds 4,096 units, one more than an echo batch; more is dropped.
+    store->ClearScreen();
+    EXPECT_EQ(store->ConsoleWrite(std::wstring(5000, L'b').c_str(), 1, 0), 5000);
+    ExpectCursor(4096 - 51 * 80, 23);
 }
 
 } // namespace

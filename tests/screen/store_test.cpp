@@ -84,10 +84,14 @@ TEST_F(ScreenTest, SaveScreenEmptiesTheStoreAndRestoreBringsItBack)
     EXPECT_EQ(store->CellAt(0, 0).Units(), nullptr);
     EXPECT_FALSE(cells::isblank(store->CellAt(0, 0)));
     EXPECT_EQ(Row(0), L"");
-    store->Locate(0, 0);
+    store->Locate(3, 0);
     store->Write(L"during");
     store->LineFeed();
     EXPECT_EQ(Row(0), L"during");
+    // A console program reading the row passes the empty cells and gets the text.
+    wchar_t units[8] = {};
+    EXPECT_EQ(store->ReadChars(0, 0, 6, units), 6);
+    EXPECT_EQ(std::wstring(units), L"during");
     ASSERT_EQ(store->RestoreScreen(), 0);
     EXPECT_EQ(Row(0), L"before");
     EXPECT_EQ(Row(1), L"second");
@@ -122,6 +126,14 @@ TEST_F(ScreenTest, StoreSizeIsClampedAndKeepsTheNewestRows)
     EXPECT_EQ(Row(-17), oldest);
     store->SetScrollBack(5000);
     store->SetScrollBack(-5);
+    EXPECT_EQ(store->Rows(), 2 * MaxHeight + 30);
+    EXPECT_EQ(Row(22), bottom);
+
+    // A history limit below the screen area plus 30 rows cannot be had: the
+    // floor wins over the ceiling.
+    settings.Set(L"MaxScroll", L"100");
+    LoadScreenLimits();
+    store->SetScrollBack(1000000);
     EXPECT_EQ(store->Rows(), 2 * MaxHeight + 30);
     EXPECT_EQ(Row(22), bottom);
 }
