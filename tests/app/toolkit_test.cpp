@@ -252,6 +252,16 @@ TEST(Toolkit, ConversionsRoundTripThroughUtf8AndCodePages)
     ToWideInto(narrow, again, 16);
     EXPECT_STREQ(again, L"caf\x00E9");
     EXPECT_STREQ(ToWide(holder, narrow), L"caf\x00E9");
+    // Into a buffer too small for the text: cut to the buffer, terminated in its last unit.
+    char shortNarrow[4];
+    ToNarrowInto(L"abcdefgh", shortNarrow, 4);
+    EXPECT_STREQ(shortNarrow, "abc");
+    wchar_t shortWide[4];
+    ToWideInto("abcdefgh", shortWide, 4);
+    EXPECT_STREQ(shortWide, L"abc");
+    ActiveCodePage = CP_UTF8; // two bytes a character: only whole characters are kept
+    EXPECT_EQ(ToNarrowInto(L"\x00E9\x00E9\x00E9", shortNarrow, 4), 2);
+    EXPECT_STREQ(shortNarrow, "\xC3\xA9");
     ActiveCodePage = saved;
 
     wchar_t swapped[] = {0x4100, 0x4200, 0};

@@ -86,22 +86,33 @@ wchar_t* CopyWide(StringHolder& holder, const wchar_t* wideText)
     return holder.wide;
 }
 
+// The text's own length is the count, held to what fits: a text too long for
+// the buffer is cut there, as every fixed buffer cuts, and not lost whole.
 int ToNarrowInto(const wchar_t* wideText, char* buffer, int bufferSize)
 {
     if (bufferSize <= 0) return 0;
-    int n = WideCharToMultiByte(CodePageOf(ActiveCodePage), 0, wideText, -1, buffer, bufferSize, nullptr, nullptr);
-    buffer[n > 0 ? n - 1 : 0] = 0;
-    buffer[bufferSize - 1] = 0;
-    return n > 0 ? n - 1 : 0;
+    UINT codePage = CodePageOf(ActiveCodePage);
+    int room = bufferSize - 1;
+    int units = lstrlenW(wideText);
+    if (units > room) units = room; // every unit takes at least one byte
+    for (int size; units > 0 && (size = WideCharToMultiByte(codePage, 0, wideText, units, nullptr, 0, nullptr,
+                                                              nullptr)) > room;)
+        units -= (size - room + 2) / 3; // no unit takes more than three bytes
+    int n = units > 0 ? WideCharToMultiByte(codePage, 0, wideText, units, buffer, room, nullptr, nullptr) : 0;
+    buffer[n] = 0;
+    return n;
 }
 
 int ToWideInto(const char* narrowText, wchar_t* buffer, int bufferSize)
 {
     if (bufferSize <= 0) return 0;
-    int n = MultiByteToWideChar(CodePageOf(ActiveCodePage), MB_PRECOMPOSED, narrowText, -1, buffer, bufferSize);
-    buffer[n > 0 ? n - 1 : 0] = 0;
-    buffer[bufferSize - 1] = 0;
-    return n > 0 ? n - 1 : 0;
+    int room = bufferSize - 1;
+    int bytes = lstrlenA(narrowText);
+    if (bytes > room) bytes = room; // no byte gives more than one unit
+    int n = bytes > 0 ? MultiByteToWideChar(CodePageOf(ActiveCodePage), MB_PRECOMPOSED, narrowText, bytes, buffer, room)
+                      : 0;
+    buffer[n] = 0;
+    return n;
 }
 
 void SwapBytes(wchar_t* text, int count)
