@@ -170,7 +170,7 @@ TEST(Profile, AnExistingMappingIsFollowedAndNotRewritten)
     EXPECT_EQ(TheProfile.RegistryRoot[0], 0);
 }
 
-TEST(Profile, WithoutRightsForTheMappingUseFallsBackToAPlainFileSilently)
+TEST(Profile, WithoutRightsForTheMappingUseWritesTheUserRootDirectly)
 {
     // The registry refuses a key name of more than 255 units, which stands in
     // for a refusal under HKEY_LOCAL_MACHINE: the mapping cannot be made.
@@ -178,12 +178,10 @@ TEST(Profile, WithoutRightsForTheMappingUseFallsBackToAPlainFileSilently)
     stem += std::to_wstring(GetCurrentProcessId() % 10000);
     std::wstring name = stem + L".extension_too_long";
     StoreScope store(L"USE=" + name);
-    EXPECT_STREQ(TheProfile.IniFileName, name.c_str());
     EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kMappingKey + name));
-    // No registry view: the platform's profile calls serve the name as a file.
-    EXPECT_EQ(TheProfile.RegistryRoot[0], 0);
-    ProfileWriteInt(L"Ombrel", L"Tips", 0);
-    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, L"Software\\" + stem));
+    EXPECT_STREQ(TheProfile.RegistryRoot, (L"Software\\" + stem).c_str());
+    EXPECT_TRUE(ProfileWriteInt(L"Ombrel", L"Tips", 0));
+    EXPECT_EQ(StoredText(HKEY_CURRENT_USER, L"Software\\" + stem + L"\\Ombrel", L"Tips"), L"0");
 }
 
 TEST(Profile, OnlyALeadingSettingsArgumentSelectsTheStore)

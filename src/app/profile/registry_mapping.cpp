@@ -77,9 +77,12 @@ void MapStoreToRegistry(wchar_t* name, wchar_t* root)
     HKEY mappingKey = nullptr;
     DWORD disposition = 0;
     if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, working.c_str(), 0, nullptr, 0, kAllAccess, nullptr, &mappingKey,
-                        &disposition) != ERROR_SUCCESS)
-        return; // no rights for the mapping: the name stays a plain file
-
+                        &disposition) != ERROR_SUCCESS) {
+        // No rights for the mapping: the per-user key is written directly.
+        CreateUserKey(userRoot.c_str());
+        CopyCutW(root, userRoot.c_str(), kPathMax);
+        return;
+    }
     if (disposition == REG_CREATED_NEW_KEY) {
         working = kUserPrefix + userRoot;
         RegSetValueExW(mappingKey, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(working.c_str()),

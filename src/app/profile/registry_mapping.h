@@ -6,10 +6,10 @@
 // USE=name: turns '/' into '\' in name (which stays the store's name), makes
 // the mapping of its last component to HKEY_CURRENT_USER\Software\<component
 // without extension>, and sets root to the per-user key that holds the store.
-// root is left empty when the mapping cannot be made (no rights) or when an
-// existing mapping points anywhere but the current user's registry: then the
-// platform's profile calls serve the name as a plain file. root holds 260
-// units.
+// Without the rights for the mapping root is still that key, so the settings
+// land where the mapping would have put them. root is left empty when an
+// existing mapping points anywhere but the current user's registry: then
+// the platform's profile calls serve the name. root holds 260 units.
 void MapStoreToRegistry(wchar_t* name, wchar_t* root);
 
 // The per-user key that the mapping of mappingName names; fallbackRoot when
