@@ -234,13 +234,14 @@ TEST(Profile, MissingKeysGiveTheDefaults)
     ProfileWriteString(L"Ombrel", L"MaxHeight", L"-5");
     ProfileWriteString(L"Ombrel", L"MaxScroll", L"99999999999");
     TheProfile.SelectStore((L"INI=" + (folder / L"empty.ini")).c_str());
-    EXPECT_EQ(MaxWidth, 80);
-    EXPECT_EQ(MaxHeight, 24);
-    EXPECT_EQ(MaxScroll, 32767);
+    EXPECT_EQ(MaxWidth, 60);
+    EXPECT_EQ(MaxHeight, 5);
+    EXPECT_EQ(MaxScroll, 10000);
+    ProfileWriteInt(L"Ombrel", L"MaxWidth", 5000);
     ProfileWriteInt(L"Ombrel", L"MaxHeight", 500);
-    ProfileWriteInt(L"Ombrel", L"MaxScroll", 100);
     TheProfile.SelectStore((L"INI=" + (folder / L"empty.ini")).c_str());
-    EXPECT_EQ(MaxScroll, 500); // never fewer lines than the screen can show
+    EXPECT_EQ(MaxWidth, 1000);
+    EXPECT_EQ(MaxHeight, 250);
 }
 
 TEST(Profile, ProgramFoldersAreTheShellsOwn)

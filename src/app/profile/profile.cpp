@@ -5,6 +5,7 @@
 #include "app/profile/registry_profile.h"
 #include "app/profile/settings_table.h"
 #include "app/toolkit/omdib.h"
+#include "screen/screen_geometry.h"
 
 #include <shlobj.h>
 
@@ -38,12 +39,6 @@ void FillSpecialFolder(int folder, wchar_t* path)
     if (FAILED(location(nullptr, folder, &list)) || !list) return;
     if (!toPath(list, path)) path[0] = 0;
     CoTaskMemFree(list);
-}
-
-int ReadLimit(const wchar_t* key, int low, int high)
-{
-    int value = SettingInt(L"Ombrel", key);
-    return value < low ? low : value > high ? high : value;
 }
 
 } // namespace
@@ -98,12 +93,7 @@ void ProfileStore::SelectStore(const wchar_t* arguments)
 // The limits are typed into the store by hand, and the text screen allocates
 // by them before anything can be reported: a value that would give no screen
 // or an absurd one is held to the nearest usable size.
-void ProfileStore::ReadLimits()
-{
-    MaxWidth = ReadLimit(L"MaxWidth", 80, 1000);
-    MaxHeight = ReadLimit(L"MaxHeight", 24, 1000);
-    MaxScroll = ReadLimit(L"MaxScroll", MaxHeight, 32767);
-}
+void ProfileStore::ReadLimits() { LoadScreenLimits(); }
 
 int ProfileReadString(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer,
                       int size)
