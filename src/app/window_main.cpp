@@ -2,6 +2,7 @@
 // top-level message loop; everything else runs nested inside a message.
 #include "app/banner.h"
 #include "app/globals.h"
+#include "app/profile/profile.h"
 #include "app/main_window.h"
 #include "app/run_line.h"
 #include "app/shell_mode.h"
@@ -9,6 +10,7 @@
 #include "app/startup_environment.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "bars/status_bar.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
 #include "lang/directories.h"
@@ -107,6 +109,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     TraceViewer = &traceDialog;
     CommandRunning = 1;
     LoadCharSplit();
+    if (ProfileReadInt(L"StatusBar", L"Display", 0)) TheStatusBar.Show();
     ShowWindow(MainWindow, showCommand);
     UpdateWindow(MainWindow);
     SetTimer(MainWindow, 300, 250, nullptr);

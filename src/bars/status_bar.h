@@ -17,6 +17,20 @@ struct AlarmTime {
     uint8_t Hour = 12;
 };
 
+// What the clock shows: the hour already in its display form (12-hour or
+// not), and the mark beside it ("AM", "PM" or blank).
+struct ClockFigures {
+    int Hour = 0;
+    int Minute = 0;
+    int Second = 0;
+    const wchar_t* Mark = L"";
+};
+
+// The five colours of a scheme, 0x00BBGGRR.
+struct SchemeColours {
+    COLORREF Digits, Face, PlainFace, Dark, Light;
+};
+
 class StatusBar {
 public:
     // 0 to 100, or -1 while no indicator runs.
@@ -25,11 +39,12 @@ public:
     uint64_t Total = 0;
     uint64_t Done = 0;
 
-    int32_t HiddenForNow = 0;
     int32_t InFront = 0;
     int32_t Plain = 1;
+    // Seconds on the tick clock at which the stopwatch counted 0.
     int32_t StopwatchStart = 0;
     int32_t StopwatchRunning = 0;
+    // The display shows the stopwatch in place of the clock.
     int32_t StopwatchMode = 0;
     int32_t ShowPhysical = 0;
     int32_t StopwatchElapsed = 0;
@@ -41,7 +56,18 @@ public:
     int32_t Alarm2On = 0;
     int32_t Hourly = 0;
     int32_t HalfHourly = 0;
+    // 233 to 238.
     int32_t ColourScheme = 234;
+    // The sound event of the last ring (0 none) and the minute of the day it
+    // rang in: the face names the alarm for the rest of that minute.
+    int32_t LastRing = 0;
+    int32_t LastRingMinute = -1;
+
+    // Reads the settings of section StatusBar.
+    StatusBar();
+    ~StatusBar();
+    StatusBar(const StatusBar&) = delete;
+    StatusBar& operator=(const StatusBar&) = delete;
 
     // Percent from Done and Total; Total is never 0 while an indicator runs.
     void Recompute()
@@ -52,9 +78,53 @@ public:
     }
     // Draws the percent figure on the window at once; nothing without a window.
     void PaintPercent();
+
+    // The window up or down; Display is written either way.
+    void Show();
+    void Hide();
+    void Toggle();
+    // System-menu item 212: on top of every window, or not.
+    void ToggleInFront();
+    // Once a second from the main timer: paints the face when the window is
+    // up, and rings the alarms whether it is up or not.
+    void Refresh();
+
+    // The alarm pass of Refresh at a given time of day.
+    void RunAlarms(int hour, int minute);
+    // The clock figures at a time of day, and the stopwatch's figures now.
+    ClockFigures Clock(const SYSTEMTIME& now);
+    // Free memory in Kbytes, as the face shows it.
+    uint64_t FreeKbytes() const;
+    SchemeColours Colours() const;
+    // The face's label: the alarm that rang this minute, else what the clock shows.
+    const wchar_t* Label(int minuteOfDay) const;
+
+    // The mouse and the keys on the window (status_window.cpp).
+    void FlipHour24();
+    void FlipStopwatchMode();
+    void StartStopStopwatch();
+    void ClearStopwatch();
+
+    // Composes the face in the memory bitmap and copies it to the window in
+    // one step, so the figures never flicker (status_face.cpp).
+    void Paint(HDC target);
+
+private:
+    void Place();
+    void Ring(int soundEvent, int minuteOfDay);
+    void MakeFace();
+    void FreeFace();
+
+    HBITMAP face_ = nullptr;
+    HFONT bigDigits_ = nullptr;
+    HFONT smallDigits_ = nullptr;
+    HFONT labelFont_ = nullptr;
 };
 
 extern StatusBar TheStatusBar;
+// One flag per kind of alarm, process-wide and 0 at start: set while the time
+// is outside the alarm's minute, so a ring needs the clock to enter it.
+extern int Armed1, Armed2, ArmedHourly, ArmedHalfHourly;
 
 // The percent indicator, for any command that works through a known amount.
 // A total of 0 leaves the indicator off, and the other calls then do nothing.
