@@ -189,6 +189,15 @@ TEST(StatusBarWindow, UpBesideTheMainWindowShowingTheTimeAndRingingAnAlarm)
     }
     EXPECT_TRUE(rang) << "alarm at " << alarmAt / 60 << ":" << alarmAt % 60;
     KeepScreenPicture(L"status_bar_alarm.bmp");
+
+    // The system menu keeps it in front, and hides it; both are written at once.
+    SendMessageW(main, WM_SYSCOMMAND, 212, 0);
+    EXPECT_NE(GetWindowLongW(status, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+    SendMessageW(main, WM_SYSCOMMAND, 207, 0);
+    EXPECT_FALSE(IsWindow(status));
+    std::wstring stored = folder.ReadText(L"s.ini");
+    EXPECT_NE(stored.find(L"Display=0"), std::wstring::npos);
+    EXPECT_NE(stored.find(L"InFront=1"), std::wstring::npos);
 }
 
 // A main window destroyed by an earlier test leaves its quit message behind,
