@@ -1,6 +1,7 @@
 #include "files/safe_copy.h"
 
 #include "app/toolkit/omdib.h"
+#include "bars/status_bar.h"
 #include "screen/screen_store.h"
 
 #include <cwchar>
@@ -44,7 +45,7 @@ UniqueFile CreateTemporaryBeside(const wchar_t* destination, wchar_t* temporary)
     return UniqueFile();
 }
 
-// Copies block by block; 0 when all was read and written, else the
+// Copies block by block, counting bytes to the percent indicator; 0 when all was read and written, else the
 // platform's code, or ERROR_OPERATION_ABORTED on a break.
 DWORD CopyBlocks(HANDLE source, HANDLE destination)
 {
@@ -55,6 +56,7 @@ DWORD CopyBlocks(HANDLE source, HANDLE destination)
         DWORD put = 0;
         if (!WriteFile(destination, Block, got, &put, nullptr)) return GetLastError();
         if (put != got) return ERROR_DISK_FULL;
+        ProgressAdd(got);
         TheScreen.PollBreak();
         if (TheScreen.BreakFlag) return ERROR_OPERATION_ABORTED;
     }
