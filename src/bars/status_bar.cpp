@@ -82,6 +82,7 @@ void ProgressEnd()
 
 void StatusBar::Show()
 {
+    if (Window) return;
     ProfileWriteInt(L"StatusBar", L"Display", 1);
     MakeFace();
     Window = CreateStatusWindow();
