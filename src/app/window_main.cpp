@@ -6,10 +6,12 @@
 #include "app/run_line.h"
 #include "app/shell_mode.h"
 #include "app/startup_args.h"
+#include "app/startup_environment.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
+#include "lang/directories.h"
 
 #include <commctrl.h>
 
@@ -110,11 +112,13 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     SetTimer(MainWindow, 300, 250, nullptr);
 
     StartupArgs args = ParseStartupArgs(arguments);
-    if (!args.Directory.empty()) SetCurrentDirectoryW(args.Directory.c_str());
+    // A directory that cannot be reached leaves the inherited one, silently.
+    if (!args.Directory.empty()) ChangeDirectory(args.Directory.c_str());
 
     PrintBanner();
     RunStartupBatch();
     if (ShellMode) RunStartupPrograms();
+    SettleStartupEnvironment();
     CommandRunning = 0;
     SetFocus(MainWindow);
 

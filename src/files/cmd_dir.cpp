@@ -1,7 +1,7 @@
 // dir: lists a directory in the long, short, wide, column or bare form, with
 // descriptions, sorted, selected by attributes, and down the tree.
 #include "app/errors.h"
-#include "app/host.h"
+#include "bars/status_bar.h"
 #include "files/arg_paths.h"
 #include "files/descriptions.h"
 #include "files/dir_layout.h"
@@ -13,6 +13,7 @@
 #include "lang/builtins.h"
 #include "lang/command_args.h"
 #include "screen/colours.h"
+#include "screen/pager.h"
 #include "screen/screen_geometry.h"
 #include "screen/screen_store.h"
 
@@ -230,6 +231,7 @@ void ListLines(const DirOptions& options, const std::wstring& path)
             UseItem(Item::FileName);
             TheScreen.Write(name);
             TheScreen.NewLine();
+            if (!(options.flags & DirSubdirs)) ProgressStep();
             continue;
         }
         if (options.flags & DirAccess) TheWalker.SelectTime(i, EntryTime::LastAccess);
@@ -244,6 +246,7 @@ void ListLines(const DirOptions& options, const std::wstring& path)
         TheScreen.Write(L" ");
         if (descriptions.Count()) WriteDescription(descriptions.Lookup(e.cFileName).description);
         TheScreen.NewLine();
+        if (!(options.flags & DirSubdirs)) ProgressStep();
     }
     TheListing.longNames = 0;
 }
@@ -278,6 +281,7 @@ void ListColumns(const DirOptions& options)
         UseItem(IsDirectory(&e) ? Item::Number : Item::FileName);
         TheScreen.Write(text.c_str());
         index += rows;
+        if (!(options.flags & DirSubdirs)) ProgressStep();
     }
     TheScreen.NewLine();
 }
@@ -298,8 +302,11 @@ bool ListOne(const DirOptions& options, const std::wstring& path)
         TheScreen.NewLine();
         TheScreen.NewLine();
     }
+    bool subdirs = (options.flags & DirSubdirs) != 0;
+    if (!subdirs) ProgressStart(uint64_t(TheWalker.count));
     if (!bare && (options.flags & (DirColumns | DirWide))) ListColumns(options);
     else ListLines(options, path);
+    if (!subdirs) ProgressEnd();
     if (!TheScreen.BreakFlag && !bare) WriteTotals();
     return TheWalker.count > 0;
 }
@@ -310,31 +317,20 @@ void ListTree(DirOptions& options)
     DirTreeList list;
     BuildDirTree(list, options.path.c_str());
     SortDirTree(list);
+    ProgressStart(uint64_t(list.count));
     bool any = false;
     for (int i = 0; i < list.count && !TheScreen.BreakFlag; ++i) {
         if (ListOne(options, ReplaceTreeTail(list, i, tail.c_str()))) {
             TheScreen.NewLine();
             any = true;
         }
+        ProgressStep();
     }
+    ProgressEnd();
     if (any || TheScreen.BreakFlag || list.count == 0) return;
     // Nothing anywhere: the heading and the zero totals still show once.
     options.flags &= ~DirSubdirs;
     ListOne(options, list.Item(0));
-}
-
-// The pager is armed for the listing's own duration.
-void ArmPager()
-{
-    if (TheScreen.PageEnabled) TheScreen.Paging = 1;
-    TheScreen.BreakFlag = 0;
-    TheScreen.PageLines = 0;
-}
-
-void DisarmPager()
-{
-    TheScreen.Paging = 0;
-    Host->Refresh();
 }
 
 } // namespace
@@ -358,10 +354,9 @@ void CmdDir()
         return;
     }
     options.path = ArgFullPath(CommandArgs.ArgCount ? 1 : 0);
-    ArmPager();
+    ListingPager pager;
     if ((options.flags & DirVolume) && !(options.flags & DirBare)) WriteVolumeHeading(options.path);
     if (options.flags & DirSubdirs) ListTree(options);
     else ListOne(options, options.path);
     TheListing = ListingState{};
-    DisarmPager();
 }
