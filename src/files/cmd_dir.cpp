@@ -138,40 +138,6 @@ bool ReadSwitches(DirOptions& options)
     return true;
 }
 
-void WriteCount(int64_t value, int width)
-{
-    TheScreen.FieldWidth = width;
-    TheScreen.CommaNext = 1;
-    TheScreen.WriteInt64(value);
-}
-
-void WriteVolumeHeading(const std::wstring& path)
-{
-    std::wstring root = VolumeRoot(path.c_str());
-    wchar_t label[MAX_PATH + 1] = {};
-    DWORD serial = 0;
-    if (!GetVolumeInformationW(root.empty() ? nullptr : root.c_str(), label, MAX_PATH + 1, &serial, nullptr, nullptr,
-                               nullptr, 0))
-        return;
-    wchar_t drive[2] = {root.empty() ? wchar_t(L'A' + std::max(0, GetDisk())) : ToUpperUnit(root[0]), 0};
-    UseItem(Item::HighText);
-    TheScreen.Write(L"     Volume in drive ");
-    TheScreen.Write(drive);
-    if (label[0]) {
-        TheScreen.Write(L" is ");
-        TheScreen.Write(label);
-    } else {
-        TheScreen.Write(L" has no label");
-    }
-    TheScreen.NewLine();
-    wchar_t number[16];
-    std::swprintf(number, 16, L"%04X-%04X", unsigned(HIWORD(serial)), unsigned(LOWORD(serial)));
-    TheScreen.Write(L"     Volume serial number is ");
-    TheScreen.Write(number);
-    TheScreen.NewLine();
-    TheScreen.NewLine();
-}
-
 // The longest name the volume of path allows, 0 when it will not tell.
 DWORD MaxComponentLength(const std::wstring& path)
 {
@@ -186,14 +152,14 @@ DWORD MaxComponentLength(const std::wstring& path)
 void WriteTotals()
 {
     UseItem(Item::Text);
-    WriteCount(TheWalker.count - TheWalker.directoryCount, 6);
+    WriteCommaNumber(uint64_t(TheWalker.count - TheWalker.directoryCount), 6);
     TheScreen.Write(L" file(s) ");
-    WriteCount(int64_t(TheWalker.totalBytes), 14);
+    WriteCommaNumber(uint64_t(TheWalker.totalBytes), 14);
     TheScreen.Write(L" bytes ");
-    WriteCount(int64_t(TheWalker.allocatedBytes), 16);
+    WriteCommaNumber(uint64_t(TheWalker.allocatedBytes), 16);
     TheScreen.Write(L" bytes allocated");
     TheScreen.NewLine();
-    WriteCount(TheWalker.directoryCount, 6);
+    WriteCommaNumber(uint64_t(TheWalker.directoryCount), 6);
     TheScreen.Write(L" dir(s)  ");
     std::wstring directory = std::wstring(TheWalker.drive) + TheWalker.directory;
     std::wstring holder;
@@ -201,9 +167,9 @@ void WriteTotals()
     ULARGE_INTEGER totalFree{};
     DWORD sectors = 0, bytes = 0, freeClusters = 0, clusters = 0;
     if (GetDiskFreeSpaceExW(where, nullptr, nullptr, &totalFree))
-        WriteCount(int64_t(totalFree.QuadPart), 14);
+        WriteCommaNumber(uint64_t(totalFree.QuadPart), 14);
     else if (GetDiskFreeSpaceW(where, &sectors, &bytes, &freeClusters, &clusters))
-        WriteCount(int64_t(uint64_t(freeClusters) * sectors * bytes), 14);
+        WriteCommaNumber(uint64_t(uint64_t(freeClusters) * sectors * bytes), 14);
     else
         TheScreen.Write(L"              ");
     TheScreen.Write(L" bytes free");
@@ -355,7 +321,7 @@ void CmdDir()
     }
     options.path = ArgFullPath(CommandArgs.ArgCount ? 1 : 0);
     ListingPager pager;
-    if ((options.flags & DirVolume) && !(options.flags & DirBare)) WriteVolumeHeading(options.path);
+    if ((options.flags & DirVolume) && !(options.flags & DirBare)) WriteVolumeHeading(options.path.c_str());
     if (options.flags & DirSubdirs) ListTree(options);
     else ListOne(options, options.path);
     TheListing = ListingState{};

@@ -15,11 +15,7 @@ namespace {
 // A known date pattern for every listing in this program.
 class DirTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        WriteProfileStringW(L"intl", L"sShortDate", L"dd-mm-yyyy");
-        WriteProfileStringW(L"intl", L"sDate", L"-");
-    }
+    void SetUp() override { UseKnownDatePattern(); }
 };
 
 std::wstring Dir(const TempFolder& f, const std::wstring& arguments)
