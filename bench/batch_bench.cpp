@@ -2,7 +2,7 @@
 // ombc.exe and by the system's own command processor, timed side by side.
 //
 //   wine-run batch_bench.exe [turns]
-#include "program_timer.h"
+#include "bench_support.h"
 
 #include <windows.h>
 

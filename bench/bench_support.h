@@ -1,5 +1,5 @@
-// Small pieces the benchmarks share: a clock, and the real main window with
-// its host, for measurements that need the window.
+// Small pieces the benchmarks share: a clock, a timed run of another program,
+// and the real main window with its host, for measurements that need the window.
 #pragma once
 
 #include "app/globals.h"
@@ -7,6 +7,17 @@
 #include "app/window_host.h"
 
 #include <windows.h>
+
+#include <string>
+
+// The folder of this program, with its backslash: ombc.exe stands beside it.
+inline std::wstring ProgramFolder()
+{
+    wchar_t self[MAX_PATH];
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring path = self;
+    return path.substr(0, path.find_last_of(L"\\/") + 1);
+}
 
 inline double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
 {
@@ -25,4 +36,31 @@ inline bool OpenBenchWindow(WindowHost& host)
     if (!MainWindow) return false;
     host.Install();
     return true;
+}
+
+// Runs a command line with its output discarded; seconds taken, or -1.
+inline double TimeRun(std::wstring commandLine)
+{
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    // Empty input: a question asked by mistake is answered at once.
+    HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                             OPEN_EXISTING, 0, nullptr);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = nul;
+    startup.hStdError = nul;
+    startup.hStdInput = nul;
+    PROCESS_INFORMATION process{};
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    BOOL ok = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                             &startup, &process);
+    if (nul != INVALID_HANDLE_VALUE) CloseHandle(nul);
+    if (!ok) return -1;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    QueryPerformanceCounter(&end);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return Seconds(start, end);
 }

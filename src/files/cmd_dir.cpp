@@ -1,7 +1,7 @@
 // dir: lists a directory in the long, short, wide, column or bare form, with
 // descriptions, sorted, selected by attributes, and down the tree.
 #include "app/errors.h"
-#include "app/host.h"
+#include "bars/status_bar.h"
 #include "files/arg_paths.h"
 #include "files/descriptions.h"
 #include "files/dir_layout.h"
@@ -13,6 +13,7 @@
 #include "lang/builtins.h"
 #include "lang/command_args.h"
 #include "screen/colours.h"
+#include "screen/pager.h"
 #include "screen/screen_geometry.h"
 #include "screen/screen_store.h"
 
@@ -137,40 +138,6 @@ bool ReadSwitches(DirOptions& options)
     return true;
 }
 
-void WriteCount(int64_t value, int width)
-{
-    TheScreen.FieldWidth = width;
-    TheScreen.CommaNext = 1;
-    TheScreen.WriteInt64(value);
-}
-
-void WriteVolumeHeading(const std::wstring& path)
-{
-    std::wstring root = VolumeRoot(path.c_str());
-    wchar_t label[MAX_PATH + 1] = {};
-    DWORD serial = 0;
-    if (!GetVolumeInformationW(root.empty() ? nullptr : root.c_str(), label, MAX_PATH + 1, &serial, nullptr, nullptr,
-                               nullptr, 0))
-        return;
-    wchar_t drive[2] = {root.empty() ? wchar_t(L'A' + std::max(0, GetDisk())) : ToUpperUnit(root[0]), 0};
-    UseItem(Item::HighText);
-    TheScreen.Write(L"     Volume in drive ");
-    TheScreen.Write(drive);
-    if (label[0]) {
-        TheScreen.Write(L" is ");
-        TheScreen.Write(label);
-    } else {
-        TheScreen.Write(L" has no label");
-    }
-    TheScreen.NewLine();
-    wchar_t number[16];
-    std::swprintf(number, 16, L"%04X-%04X", unsigned(HIWORD(serial)), unsigned(LOWORD(serial)));
-    TheScreen.Write(L"     Volume serial number is ");
-    TheScreen.Write(number);
-    TheScreen.NewLine();
-    TheScreen.NewLine();
-}
-
 // The longest name the volume of path allows, 0 when it will not tell.
 DWORD MaxComponentLength(const std::wstring& path)
 {
@@ -185,14 +152,14 @@ DWORD MaxComponentLength(const std::wstring& path)
 void WriteTotals()
 {
     UseItem(Item::Text);
-    WriteCount(TheWalker.count - TheWalker.directoryCount, 6);
+    WriteCommaNumber(uint64_t(TheWalker.count - TheWalker.directoryCount), 6);
     TheScreen.Write(L" file(s) ");
-    WriteCount(int64_t(TheWalker.totalBytes), 14);
+    WriteCommaNumber(uint64_t(TheWalker.totalBytes), 14);
     TheScreen.Write(L" bytes ");
-    WriteCount(int64_t(TheWalker.allocatedBytes), 16);
+    WriteCommaNumber(uint64_t(TheWalker.allocatedBytes), 16);
     TheScreen.Write(L" bytes allocated");
     TheScreen.NewLine();
-    WriteCount(TheWalker.directoryCount, 6);
+    WriteCommaNumber(uint64_t(TheWalker.directoryCount), 6);
     TheScreen.Write(L" dir(s)  ");
     std::wstring directory = std::wstring(TheWalker.drive) + TheWalker.directory;
     std::wstring holder;
@@ -200,9 +167,9 @@ void WriteTotals()
     ULARGE_INTEGER totalFree{};
     DWORD sectors = 0, bytes = 0, freeClusters = 0, clusters = 0;
     if (GetDiskFreeSpaceExW(where, nullptr, nullptr, &totalFree))
-        WriteCount(int64_t(totalFree.QuadPart), 14);
+        WriteCommaNumber(uint64_t(totalFree.QuadPart), 14);
     else if (GetDiskFreeSpaceW(where, &sectors, &bytes, &freeClusters, &clusters))
-        WriteCount(int64_t(uint64_t(freeClusters) * sectors * bytes), 14);
+        WriteCommaNumber(uint64_t(uint64_t(freeClusters) * sectors * bytes), 14);
     else
         TheScreen.Write(L"              ");
     TheScreen.Write(L" bytes free");
@@ -230,6 +197,7 @@ void ListLines(const DirOptions& options, const std::wstring& path)
             UseItem(Item::FileName);
             TheScreen.Write(name);
             TheScreen.NewLine();
+            if (!(options.flags & DirSubdirs)) ProgressStep();
             continue;
         }
         if (options.flags & DirAccess) TheWalker.SelectTime(i, EntryTime::LastAccess);
@@ -244,6 +212,7 @@ void ListLines(const DirOptions& options, const std::wstring& path)
         TheScreen.Write(L" ");
         if (descriptions.Count()) WriteDescription(descriptions.Lookup(e.cFileName).description);
         TheScreen.NewLine();
+        if (!(options.flags & DirSubdirs)) ProgressStep();
     }
     TheListing.longNames = 0;
 }
@@ -278,6 +247,7 @@ void ListColumns(const DirOptions& options)
         UseItem(IsDirectory(&e) ? Item::Number : Item::FileName);
         TheScreen.Write(text.c_str());
         index += rows;
+        if (!(options.flags & DirSubdirs)) ProgressStep();
     }
     TheScreen.NewLine();
 }
@@ -298,8 +268,11 @@ bool ListOne(const DirOptions& options, const std::wstring& path)
         TheScreen.NewLine();
         TheScreen.NewLine();
     }
+    bool subdirs = (options.flags & DirSubdirs) != 0;
+    if (!subdirs) ProgressStart(uint64_t(TheWalker.count));
     if (!bare && (options.flags & (DirColumns | DirWide))) ListColumns(options);
     else ListLines(options, path);
+    if (!subdirs) ProgressEnd();
     if (!TheScreen.BreakFlag && !bare) WriteTotals();
     return TheWalker.count > 0;
 }
@@ -310,31 +283,20 @@ void ListTree(DirOptions& options)
     DirTreeList list;
     BuildDirTree(list, options.path.c_str());
     SortDirTree(list);
+    ProgressStart(uint64_t(list.count));
     bool any = false;
     for (int i = 0; i < list.count && !TheScreen.BreakFlag; ++i) {
         if (ListOne(options, ReplaceTreeTail(list, i, tail.c_str()))) {
             TheScreen.NewLine();
             any = true;
         }
+        ProgressStep();
     }
+    ProgressEnd();
     if (any || TheScreen.BreakFlag || list.count == 0) return;
     // Nothing anywhere: the heading and the zero totals still show once.
     options.flags &= ~DirSubdirs;
     ListOne(options, list.Item(0));
-}
-
-// The pager is armed for the listing's own duration.
-void ArmPager()
-{
-    if (TheScreen.PageEnabled) TheScreen.Paging = 1;
-    TheScreen.BreakFlag = 0;
-    TheScreen.PageLines = 0;
-}
-
-void DisarmPager()
-{
-    TheScreen.Paging = 0;
-    Host->Refresh();
 }
 
 } // namespace
@@ -358,10 +320,9 @@ void CmdDir()
         return;
     }
     options.path = ArgFullPath(CommandArgs.ArgCount ? 1 : 0);
-    ArmPager();
-    if ((options.flags & DirVolume) && !(options.flags & DirBare)) WriteVolumeHeading(options.path);
+    ListingPager pager;
+    if ((options.flags & DirVolume) && !(options.flags & DirBare)) WriteVolumeHeading(options.path.c_str());
     if (options.flags & DirSubdirs) ListTree(options);
     else ListOne(options, options.path);
     TheListing = ListingState{};
-    DisarmPager();
 }

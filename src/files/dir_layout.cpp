@@ -1,5 +1,6 @@
 #include "files/dir_layout.h"
 
+#include "files/long_path.h"
 #include "lang/short_date.h"
 #include "screen/colours.h"
 #include "screen/screen_geometry.h"
@@ -93,6 +94,13 @@ void WriteAttributeFlags(DWORD attributes)
     TheScreen.Write(text);
 }
 
+void WriteCommaNumber(uint64_t value, int width)
+{
+    TheScreen.FieldWidth = width;
+    TheScreen.CommaNext = 1;
+    TheScreen.WriteUInt64(value);
+}
+
 void WriteSizeField(const FileEntry& entry, bool showJunctions)
 {
     UseItem(Item::Number);
@@ -101,16 +109,15 @@ void WriteSizeField(const FileEntry& entry, bool showJunctions)
     } else if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
         TheScreen.Write(L" <DIR>        ");
     } else {
-        TheScreen.FieldWidth = 14;
-        TheScreen.CommaNext = 1;
-        TheScreen.WriteUInt64((uint64_t(entry.nFileSizeHigh) << 32) | entry.nFileSizeLow);
+        WriteCommaNumber((uint64_t(entry.nFileSizeHigh) << 32) | entry.nFileSizeLow, 14);
     }
 }
 
-void WriteListLine(const FileEntry& entry, const DatePattern& pattern)
+void WriteListLine(const FileEntry& entry, const DatePattern& pattern, const wchar_t* shownName)
 {
     wchar_t name[kPathMax + 16];
     FormatListName(entry.cFileName, name);
+    if (shownName) lstrcpynW(name, shownName, kPathMax + 16);
     if (!TheListing.longNames) {
         UseItem(Item::FileName);
         TheScreen.Write(L" ");
@@ -144,4 +151,32 @@ void WriteDescription(const wchar_t* description)
     lstrcpynW(text, description, std::min(room, 127) + 1);
     UseItem(Item::FileDesc);
     TheScreen.Write(text);
+}
+
+bool WriteVolumeHeading(const wchar_t* path)
+{
+    std::wstring root = VolumeRoot(path);
+    wchar_t label[MAX_PATH + 1] = {};
+    DWORD serial = 0;
+    if (!GetVolumeInformationW(root.empty() ? nullptr : root.c_str(), label, MAX_PATH + 1, &serial, nullptr, nullptr,
+                               nullptr, 0))
+        return false;
+    wchar_t drive[2] = {root.empty() ? wchar_t(L'A' + std::max(0, GetDisk())) : ToUpperUnit(root[0]), 0};
+    UseItem(Item::HighText);
+    TheScreen.Write(L"     Volume in drive ");
+    TheScreen.Write(drive);
+    if (label[0]) {
+        TheScreen.Write(L" is ");
+        TheScreen.Write(label);
+    } else {
+        TheScreen.Write(L" has no label");
+    }
+    TheScreen.NewLine();
+    wchar_t number[16];
+    std::swprintf(number, 16, L"%04X-%04X", unsigned(HIWORD(serial)), unsigned(LOWORD(serial)));
+    TheScreen.Write(L"     Volume serial number is ");
+    TheScreen.Write(number);
+    TheScreen.NewLine();
+    TheScreen.NewLine();
+    return true;
 }

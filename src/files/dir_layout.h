@@ -47,7 +47,13 @@ void WriteAttributeFlags(DWORD attributes);
 // " <JUNCTION>   ", " <DIR>        " or the size in a field of 14, in Number.
 void WriteSizeField(const FileEntry& entry, bool showJunctions);
 // One entry in the short or the long form, as TheListing chooses, up to and
-// not including the blank before its description.
-void WriteListLine(const FileEntry& entry, const DatePattern& pattern);
+// not including the blank before its description; shownName (a full path, for
+// where) stands in place of the entry's name when given.
+void WriteListLine(const FileEntry& entry, const DatePattern& pattern, const wchar_t* shownName = nullptr);
 // The description cut to what is left of the screen row, in File description.
 void WriteDescription(const wchar_t* description);
+// "Volume in drive X is LABEL" and the serial number, in Highlighted text,
+// and a blank line; false, printing nothing, when the volume will not tell.
+bool WriteVolumeHeading(const wchar_t* path);
+// value with thousands separators, right-aligned in a field of width.
+void WriteCommaNumber(uint64_t value, int width);

@@ -15,11 +15,7 @@ namespace {
 // A known date pattern for every listing in this program.
 class DirTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        WriteProfileStringW(L"intl", L"sShortDate", L"dd-mm-yyyy");
-        WriteProfileStringW(L"intl", L"sDate", L"-");
-    }
+    void SetUp() override { UseKnownDatePattern(); }
 };
 
 std::wstring Dir(const TempFolder& f, const std::wstring& arguments)
@@ -132,6 +128,11 @@ TEST_F(DirTest, LongShortAndJustifiedLinesWithDescriptionsAndTotals)
     EXPECT_EQ(lines[2], L" b       .txt         1,234 02-01-2020  3:04 ----A--I The bee file");
     lines = Lines(Dir(f, L"/f /-a /t:w b.*"));
     EXPECT_EQ(lines[2], L" b.txt                1,234 02-01-2020  3:04 ----A--I The bee file");
+    lines = Lines(Dir(f, L"/v /o /n adir"));
+    ASSERT_EQ(lines.size(), 9u);
+    EXPECT_EQ(lines[0].substr(0, 22), L"     Volume in drive " + f.Path().substr(0, 1));
+    EXPECT_EQ(lines[1].substr(0, 29), L"     Volume serial number is ");
+    EXPECT_EQ(Dir(f, L"/v /b adir"), L"");
     lines = Lines(Dir(f, L"/o /n adir"));
     ASSERT_EQ(lines.size(), 6u);
     EXPECT_EQ(lines[2].substr(17), L" ---D---I <DIR>         .");

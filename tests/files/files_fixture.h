@@ -11,6 +11,13 @@
 #include <string>
 #include <vector>
 
+// Listings in these tests show dates in one known pattern.
+inline void UseKnownDatePattern()
+{
+    WriteProfileStringW(L"intl", L"sShortDate", L"dd-mm-yyyy");
+    WriteProfileStringW(L"intl", L"sDate", L"-");
+}
+
 // Writes bytes to folder\name and gives the file the attributes.
 inline void MakeFile(const TempFolder& folder, const std::wstring& name, const std::string& bytes = "x",
                      DWORD attributes = 0)
