@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -61,36 +62,38 @@ void RemoveFolder(const std::wstring& folder)
 
 void Report(const char* what, double ombc, double cmd, bool complete)
 {
-    std::printf("%-28s ombc copy %8.2f s   cmd.exe copy %8.2f s   %s\n", what, ombc, cmd,
+    std::printf("%-30s ombc copy %8.2f s   cmd.exe copy %8.2f s   %s\n", what, ombc, cmd,
                 complete ? "copies complete" : "COPIES INCOMPLETE");
 }
 
-} // namespace
-
-int main()
+void BigFile(const std::wstring& ombc)
 {
-    std::wstring ombc = L"\"" + ProgramFolder() + L"ombc.exe\" /C ";
-    std::wstring folder = L"copybench";
-    CreateDirectoryW(folder.c_str(), nullptr);
-    SetCurrentDirectoryW(folder.c_str());
-
     std::vector<char> block(1 << 20);
     for (size_t i = 0; i < block.size(); ++i) block[i] = char(i * 31 + i / 4096);
     if (!WriteFileOf(L"big.bin", block, kBigSize)) {
         std::printf("cannot write the 1 GB source\n");
-        return 1;
+        return;
     }
-    double ombcBig = TimeRun(ombc + L"\"copy /q big.bin big_ombc.bin\"");
-    double cmdBig = TimeRun(L"cmd.exe /c copy big.bin big_cmd.bin");
-    Report("one file of 1 GB:", ombcBig, cmdBig, SizeOf(L"big_ombc.bin") == kBigSize && SizeOf(L"big_cmd.bin") == kBigSize);
+    // The best of three turns, taken in alternation, against a busy machine.
+    double ombcBig = 1e9, cmdBig = 1e9;
+    bool complete = true;
+    for (int turn = 0; turn < 3; ++turn) {
+        ombcBig = std::min(ombcBig, TimeRun(ombc + L"\"copy /q big.bin big_ombc.bin\""));
+        cmdBig = std::min(cmdBig, TimeRun(L"cmd.exe /c copy big.bin big_cmd.bin"));
+        complete = complete && SizeOf(L"big_ombc.bin") == kBigSize && SizeOf(L"big_cmd.bin") == kBigSize;
+        DeleteFileW(L"big_ombc.bin");
+        DeleteFileW(L"big_cmd.bin");
+    }
+    Report("one file of 1 GB (best of 3):", ombcBig, cmdBig, complete);
     DeleteFileW(L"big.bin");
-    DeleteFileW(L"big_ombc.bin");
-    DeleteFileW(L"big_cmd.bin");
+}
 
+void SmallFiles(const std::wstring& ombc)
+{
     CreateDirectoryW(L"small", nullptr);
     CreateDirectoryW(L"s_ombc", nullptr);
     CreateDirectoryW(L"s_cmd", nullptr);
-    block.resize(kSmallSize);
+    std::vector<char> block(kSmallSize, 's');
     for (int i = 0; i < kSmallCount; ++i) WriteFileOf(L"small\\f" + std::to_wstring(i) + L".dat", block, kSmallSize);
     double ombcSmall = TimeRun(ombc + L"\"copy /q small\\*.* s_ombc\"");
     double cmdSmall = TimeRun(L"cmd.exe /c copy small\\*.* s_cmd");
@@ -99,6 +102,23 @@ int main()
     RemoveFolder(L"small");
     RemoveFolder(L"s_ombc");
     RemoveFolder(L"s_cmd");
+}
+
+} // namespace
+
+//   copy_bench [big | small]: both by default.
+int main(int argc, char** argv)
+{
+    std::string only = argc > 1 ? argv[1] : "";
+    std::wstring ombc = L"\"" + ProgramFolder() + L"ombc.exe\" /C ";
+    std::wstring folder = L"copybench";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    SetCurrentDirectoryW(folder.c_str());
+    // What starting each program costs, inside every figure below.
+    std::printf("%-30s ombc       %8.2f s   cmd.exe      %8.2f s\n", "start-up alone:", TimeRun(ombc + L"rem"),
+                TimeRun(L"cmd.exe /c rem"));
+    if (only != "small") BigFile(ombc);
+    if (only != "big") SmallFiles(ombc);
     SetCurrentDirectoryW(L"..");
     RemoveDirectoryW(folder.c_str());
     return 0;

@@ -8,8 +8,11 @@
 
 namespace {
 
-// The block of every copy: one buffer, read into and written from.
-constexpr DWORD kBlockSize = 0x7FFE;
+// The block of every copy: one buffer, read into and written from. A whole
+// number of pages, so that no write straddles a page of the file; two bytes
+// short of that (0x7FFE) made a large copy markedly slower than the
+// platform's own under Wine (bench/copy_bench.cpp).
+constexpr DWORD kBlockSize = 0x8000;
 char Block[kBlockSize];
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;

@@ -131,7 +131,7 @@ TEST_F(CopyEngine, AFinishedOverwriteHasTheDataTheTimeAndNoAttributes)
     EXPECT_EQ(ProbeDestination(input.Identity(), (folder / L"src.bin").c_str()), DestinationState::SameFile);
     EXPECT_EQ(CopyInto(input.Handle(), (folder / L"dst.bin").c_str(), true).Result, CopyResult::Copied);
     EXPECT_EQ(folder.ReadBytes(L"dst.bin"), source);
-    EXPECT_EQ(host.Polls, 3); // one poll per block of 32,766 bytes
+    EXPECT_EQ(host.Polls, 3); // one poll per block of 32 KB
     WIN32_FILE_ATTRIBUTE_DATA data;
     ASSERT_TRUE(GetFileAttributesExW((folder / L"dst.bin").c_str(), GetFileExInfoStandard, &data));
     EXPECT_EQ(CompareFileTime(&data.ftLastWriteTime, &stamp), 0);
