@@ -3,7 +3,7 @@
 // run. Both are whole programs started the same way, output to NUL; every
 // copy is checked for its size afterwards. The big source is real data (not
 // sparse), written once before the timing starts.
-#include "program_timer.h"
+#include "bench_support.h"
 
 #include <windows.h>
 
