@@ -50,6 +50,16 @@ public:
 
 // The colours of a cell attribute with the palette and items as they are now.
 RunColours ColoursOf(uint16_t attr);
+// The colours of selected cells: dark text on the light selection colour
+// over a dark background, and the reverse over a light one.
+RunColours SelectionColours();
+
+// Store cells (row x MaxWidth + column) drawn as selected, First to Last.
+struct HighlightRange {
+    bool Shown = false;
+    uint32_t First = 0;
+    uint32_t Last = 0;
+};
 
 class ScreenPainter {
 public:
@@ -59,10 +69,17 @@ public:
     // Draws every visible row: the window was uncovered, resized or recoloured.
     // What the store had recorded is covered by this and dropped.
     void PaintAll(ScreenStore& store, RenderSurface& surface);
+    // Draws every visible row as seen from a store row at the top: a view of
+    // history, or the live screen when topRow is History.
+    void PaintHistory(ScreenStore& store, RenderSurface& surface, int topRow);
+
+    // The selection to show in the frames drawn from now on.
+    HighlightRange Highlight;
 
 private:
-    void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows);
-    void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns);
+    void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows, int offset = 0);
+    void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns, int offset);
+    bool IsSelected(const ScreenStore& store, int x, int row) const;
     void PaintMoreMark(const ScreenStore& store, RenderSurface& surface);
     // Joins the text of count cells from x, y into the run buffer; returns
     // the units, or -1 when the buffer cannot grow.

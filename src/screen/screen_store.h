@@ -161,6 +161,7 @@ public:
     const ScreenCell& CellAt(int x, int y) const;
     // Screen rows changed since the last call.
     ScreenDamage TakeDamage();
+    bool HasDamage() const { return damage_.Whole || damage_.Top <= damage_.Bottom; }
 
 private:
     void Build(int scrollBack);
