@@ -3,6 +3,7 @@
 // pictures spread over many lines come out whole.
 #include "app/errors.h"
 #include "app/event_pump.h"
+#include "bars/status_bar.h"
 #include "input/editor.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"
@@ -76,9 +77,11 @@ class Lister {
 public:
     explicit Lister(const ListingStyle& style) : style_(style) {}
 
-    // Lines of the stream until its end or a break.
+    // Lines of the stream until its end or a break, with the percent
+    // indicator following the bytes read.
     void List(TextStream& stream)
     {
+        ProgressStart(uint64_t(stream.CurrentSize()));
         stream.KeepTabs = 1;
         stream.LineCapacity = kLineUnits;
         UseItem(Item::Text);
@@ -91,6 +94,7 @@ public:
             if (style_.Manual || style_.Typewriter) PrintByCharacter(shown);
             else PrintByRun(shown);
             TheScreen.NewLine();
+            ProgressAdd(uint64_t(stream.BytesConsumed));
         }
     }
 
@@ -189,8 +193,11 @@ void CmdType()
         ReportId(46);
         return;
     }
-    ListingPager pager(!style.Typewriter);
-    Lister(style).List(file);
+    {
+        ListingPager pager(!style.Typewriter);
+        Lister(style).List(file);
+    }
+    ProgressEnd();
 }
 
 void CmdMore()
@@ -215,6 +222,9 @@ void CmdMore()
     TextStream stream;
     stream.Adopt(own);
     if (stream.SniffEncoding() == NotText) stream.Encoding = CodePageText;
-    ListingPager pager;
-    Lister(style).List(stream);
+    {
+        ListingPager pager;
+        Lister(style).List(stream);
+    }
+    ProgressEnd();
 }

@@ -112,11 +112,25 @@ void ScreenPainter::PaintRow(const ScreenStore& store, RenderSurface& surface, i
         }
         int units = JoinCells(store, x, row, end - x);
         // A run whose text cannot be held is skipped; its cells keep their text.
+        // Opaque selection colours replace the cells' own without blending.
         if (units >= 0)
             surface.PaintRun(x, y, runBuffer_.data(), units, end - x,
-                             selected ? SelectionColours() : ColoursOf(first.Attr));
+                             selected && store.AlphaOff ? SelectionColours() : ColoursOf(first.Attr));
         x = end;
     }
+    if (!store.AlphaOff) BlendRow(store, surface, y, columns, offset);
+}
+
+void ScreenPainter::BlendRow(const ScreenStore& store, RenderSurface& surface, int y, int columns, int offset)
+{
+    int row = y + offset;
+    int x = 0;
+    while (x < columns && !IsSelected(store, x, row)) ++x;
+    int end = x;
+    while (end < columns && IsSelected(store, end, row)) ++end;
+    if (end == x) return;
+    COLORREF colour = SelectionColours().Back;
+    surface.PaintHighlight(x, y, end - x, colour, colour == Palette[39] ? RGB(255, 255, 255) : RGB(0, 0, 0));
 }
 
 void ScreenPainter::PaintMoreMark(const ScreenStore& store, RenderSurface& surface)

@@ -45,6 +45,10 @@ public:
     virtual void PaintRun(int column, int row, const wchar_t* text, int units, int cellCount,
                           const RunColours& colours) = 0;
     virtual void PaintCaret(int column, int row) = 0;
+    // Blends colour over cellCount cells from column, row, at alpha 190 of
+    // 255, over what was painted; the blended cells of a frame together get
+    // a one-pixel outline in the frame colour when the frame ends.
+    virtual void PaintHighlight(int column, int row, int cellCount, COLORREF colour, COLORREF frame) {}
     virtual void EndFrame() = 0;
 };
 
@@ -79,6 +83,8 @@ public:
 private:
     void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows, int offset = 0);
     void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns, int offset);
+    // The blended highlight over the selected cells of one row.
+    void BlendRow(const ScreenStore& store, RenderSurface& surface, int row, int columns, int offset);
     bool IsSelected(const ScreenStore& store, int x, int row) const;
     void PaintMoreMark(const ScreenStore& store, RenderSurface& surface);
     // Joins the text of count cells from x, y into the run buffer; returns

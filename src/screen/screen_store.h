@@ -74,6 +74,9 @@ public:
     int AtMore = 0;
     int PageEnabled = 1;
     int PageLines = 0;
+    // 1 when the settings key AlphaHighlight is 0: selected cells are drawn
+    // opaque in the selection colours instead of blended.
+    int AlphaOff = 0;
     ScreenObserver* Observer = nullptr;
     // The pager's wait at a full page; installed by the pager.
     void (*PagePause)() = nullptr;
