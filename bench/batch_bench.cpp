@@ -10,20 +10,6 @@
 #include <cstdlib>
 #include <string>
 
-namespace {
-
-bool WriteText(const std::wstring& path, const std::string& text)
-{
-    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    if (h == INVALID_HANDLE_VALUE) return false;
-    DWORD written;
-    bool ok = WriteFile(h, text.data(), DWORD(text.size()), &written, nullptr) && written == text.size();
-    CloseHandle(h);
-    return ok;
-}
-
-} // namespace
-
 int main(int argc, char** argv)
 {
     int turns = argc > 1 ? std::atoi(argv[1]) : 100000;

@@ -38,6 +38,16 @@ inline bool OpenBenchWindow(WindowHost& host)
     return true;
 }
 
+inline bool WriteText(const std::wstring& path, const std::string& text)
+{
+    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    DWORD written;
+    bool ok = WriteFile(h, text.data(), DWORD(text.size()), &written, nullptr) && written == text.size();
+    CloseHandle(h);
+    return ok;
+}
+
 // Runs a command line with its output discarded; seconds taken, or -1.
 inline double TimeRun(std::wstring commandLine)
 {

@@ -6,6 +6,7 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "app/window_mouse.h"
 #include "bars/status_bar.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
@@ -282,7 +283,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_KILLFOCUS: DestroyCaret(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_PAINT: OnPaint(window); return 0;
-    default: break;
+    default:
+        if (OnMouseMessage(window, message, wParam, lParam)) return 0;
+        break;
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -3,11 +3,14 @@
 #include "app/event_pump.h"
 #include "app/globals.h"
 #include "app/main_window.h"
+#include "app/window_mouse.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
 #include "screen/pager.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
+#include "screen/scrollback.h"
+#include "screen/selection.h"
 
 #include <shellapi.h>
 
@@ -40,9 +43,23 @@ void Suspend()
     if (got == 0) PostQuitMessage(int(msg.wParam));
 }
 
-// The clipboard for the editor's paste keys.
+// The clipboard, the selection and the history view for the editor's keys.
 class WindowLinks : public EditorLinks {
 public:
+    void MoveView(ViewMove move) override
+    {
+        switch (move) {
+        case ViewMove::PageUp: TheScrollBar.ScrollCommand(PageUp); break;
+        case ViewMove::PageDown: TheScrollBar.ScrollCommand(PageDown); break;
+        case ViewMove::LineUp: TheScrollBar.ScrollCommand(LineUp); break;
+        case ViewMove::LineDown: TheScrollBar.ScrollCommand(LineDown); break;
+        case ViewMove::Bottom: TheScrollBar.SnapBack(); break;
+        }
+    }
+    bool SelectionStanding() override { return TheSelection.Exists != 0; }
+    void CopySelection() override { CopySelectionToClipboard(); }
+    void ClearSelection() override { TheSelection.ClearSelection(); }
+
     bool ClipboardText(std::wstring& text) override
     {
         if (!OpenClipboard(MainWindow)) return false;
@@ -76,6 +93,8 @@ void WindowHost::Install()
     Host = this;
     Links = &windowLinks;
     TheScreen.PagePause = Pause;
+    TheScreen.Observer = &TheScrollBar;
+    TheScrollBar.Display = &TheView;
 }
 
 void WindowHost::PollBreak()

@@ -31,6 +31,19 @@ RunColours ColoursOf(uint16_t attr)
     return colours;
 }
 
+RunColours SelectionColours()
+{
+    COLORREF back = Palette[ItemValue(Item::BackGrd)];
+    int light = (2 * GetRValue(back) + 3 * GetGValue(back) + GetBValue(back)) / 6;
+    COLORREF dark = Palette[0];
+    COLORREF bright = Palette[39];
+    RunColours colours;
+    colours.Transparent = false;
+    colours.Fore = light < 129 ? dark : bright;
+    colours.Back = light < 129 ? bright : dark;
+    return colours;
+}
+
 bool ScreenPainter::PaintChanges(ScreenStore& store, RenderSurface& surface)
 {
     // A paged listing is drawn a page at a time, by the pager's wait.
@@ -57,17 +70,32 @@ void ScreenPainter::PaintAll(ScreenStore& store, RenderSurface& surface)
     PaintFrame(store, surface, {0, VisibleRows() - 1, VisibleColumns(), true});
 }
 
-void ScreenPainter::PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows)
+void ScreenPainter::PaintHistory(ScreenStore& store, RenderSurface& surface, int topRow)
+{
+    store.TakeDamage();
+    PaintFrame(store, surface, {0, VisibleRows() - 1, VisibleColumns(), true}, topRow - store.History());
+}
+
+void ScreenPainter::PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows, int offset)
 {
     surface.BeginFrame(rows);
-    for (int y = rows.First; y <= rows.Last; ++y) PaintRow(store, surface, y, rows.Columns);
-    if (rows.Whole && store.AtMore) PaintMoreMark(store, surface);
-    surface.PaintCaret(store.CursorX, store.CursorY);
+    for (int y = rows.First; y <= rows.Last; ++y) PaintRow(store, surface, y, rows.Columns, offset);
+    // The mark and the caret belong to the live screen.
+    if (offset == 0 && rows.Whole && store.AtMore) PaintMoreMark(store, surface);
+    if (offset == 0) surface.PaintCaret(store.CursorX, store.CursorY);
     surface.EndFrame();
 }
 
-void ScreenPainter::PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns)
+bool ScreenPainter::IsSelected(const ScreenStore& store, int x, int row) const
 {
+    if (!Highlight.Shown) return false;
+    int64_t index = int64_t(store.History() + row) * MaxWidth + x;
+    return index >= int64_t(Highlight.First) && index <= int64_t(Highlight.Last);
+}
+
+void ScreenPainter::PaintRow(const ScreenStore& store, RenderSurface& surface, int y, int columns, int offset)
+{
+    int row = y + offset;
     int x = 0;
     while (x < columns) {
         const ScreenCell& first = store.CellAt(x, row);
@@ -75,17 +103,34 @@ void ScreenPainter::PaintRow(const ScreenStore& store, RenderSurface& surface, i
             ++x;
             continue;
         }
+        bool selected = IsSelected(store, x, row);
         int end = x + 1;
         while (end < columns) {
             const ScreenCell& next = store.CellAt(end, row);
-            if (IsEmpty(next) || next.Attr != first.Attr) break;
+            if (IsEmpty(next) || next.Attr != first.Attr || IsSelected(store, end, row) != selected) break;
             ++end;
         }
         int units = JoinCells(store, x, row, end - x);
         // A run whose text cannot be held is skipped; its cells keep their text.
-        if (units >= 0) surface.PaintRun(x, row, runBuffer_.data(), units, end - x, ColoursOf(first.Attr));
+        // Opaque selection colours replace the cells' own without blending.
+        if (units >= 0)
+            surface.PaintRun(x, y, runBuffer_.data(), units, end - x,
+                             selected && store.AlphaOff ? SelectionColours() : ColoursOf(first.Attr));
         x = end;
     }
+    if (!store.AlphaOff) BlendRow(store, surface, y, columns, offset);
+}
+
+void ScreenPainter::BlendRow(const ScreenStore& store, RenderSurface& surface, int y, int columns, int offset)
+{
+    int row = y + offset;
+    int x = 0;
+    while (x < columns && !IsSelected(store, x, row)) ++x;
+    int end = x;
+    while (end < columns && IsSelected(store, end, row)) ++end;
+    if (end == x) return;
+    COLORREF colour = SelectionColours().Back;
+    surface.PaintHighlight(x, y, end - x, colour, colour == Palette[39] ? RGB(255, 255, 255) : RGB(0, 0, 0));
 }
 
 void ScreenPainter::PaintMoreMark(const ScreenStore& store, RenderSurface& surface)

@@ -45,11 +45,25 @@ public:
     virtual void PaintRun(int column, int row, const wchar_t* text, int units, int cellCount,
                           const RunColours& colours) = 0;
     virtual void PaintCaret(int column, int row) = 0;
+    // Blends colour over cellCount cells from column, row, at alpha 190 of
+    // 255, over what was painted; the blended cells of a frame together get
+    // a one-pixel outline in the frame colour when the frame ends.
+    virtual void PaintHighlight(int column, int row, int cellCount, COLORREF colour, COLORREF frame) {}
     virtual void EndFrame() = 0;
 };
 
 // The colours of a cell attribute with the palette and items as they are now.
 RunColours ColoursOf(uint16_t attr);
+// The colours of selected cells: dark text on the light selection colour
+// over a dark background, and the reverse over a light one.
+RunColours SelectionColours();
+
+// Store cells (row x MaxWidth + column) drawn as selected, First to Last.
+struct HighlightRange {
+    bool Shown = false;
+    uint32_t First = 0;
+    uint32_t Last = 0;
+};
 
 class ScreenPainter {
 public:
@@ -59,10 +73,19 @@ public:
     // Draws every visible row: the window was uncovered, resized or recoloured.
     // What the store had recorded is covered by this and dropped.
     void PaintAll(ScreenStore& store, RenderSurface& surface);
+    // Draws every visible row as seen from a store row at the top: a view of
+    // history, or the live screen when topRow is History.
+    void PaintHistory(ScreenStore& store, RenderSurface& surface, int topRow);
+
+    // The selection to show in the frames drawn from now on.
+    HighlightRange Highlight;
 
 private:
-    void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows);
-    void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns);
+    void PaintFrame(const ScreenStore& store, RenderSurface& surface, const FrameRows& rows, int offset = 0);
+    void PaintRow(const ScreenStore& store, RenderSurface& surface, int row, int columns, int offset);
+    // The blended highlight over the selected cells of one row.
+    void BlendRow(const ScreenStore& store, RenderSurface& surface, int row, int columns, int offset);
+    bool IsSelected(const ScreenStore& store, int x, int row) const;
     void PaintMoreMark(const ScreenStore& store, RenderSurface& surface);
     // Joins the text of count cells from x, y into the run buffer; returns
     // the units, or -1 when the buffer cannot grow.

@@ -142,8 +142,43 @@ void GdiSurface::DrawCellByCell(int x, int y, const wchar_t* text, int units, co
 
 void GdiSurface::PaintCaret(int column, int row) { SetCaretPos(column * cellWidth_, row * cellHeight_); }
 
+void GdiSurface::PaintHighlight(int column, int row, int cellCount, COLORREF colour, COLORREF frame)
+{
+    RECT box{column * cellWidth_, row * cellHeight_, (column + cellCount) * cellWidth_, (row + 1) * cellHeight_};
+    HDC source = CreateCompatibleDC(memory_);
+    HBITMAP dot = source ? CreateCompatibleBitmap(memory_, 1, 1) : nullptr;
+    if (dot) {
+        HGDIOBJ old = SelectObject(source, dot);
+        SetPixel(source, 0, 0, colour);
+        BLENDFUNCTION blend{AC_SRC_OVER, 0, 190, 0};
+        GdiAlphaBlend(memory_, box.left, box.top, box.right - box.left, box.bottom - box.top, source, 0, 0, 1, 1,
+                      blend);
+        SelectObject(source, old);
+        DeleteObject(dot);
+    }
+    if (source) DeleteDC(source);
+    HRGN part = CreateRectRgnIndirect(&box);
+    if (!part) return;
+    if (!highlight_) {
+        highlight_ = part;
+    } else {
+        CombineRgn(highlight_, highlight_, part, RGN_OR);
+        DeleteObject(part);
+    }
+    highlightFrame_ = frame;
+}
+
 void GdiSurface::EndFrame()
 {
+    if (highlight_) {
+        HBRUSH brush = CreateSolidBrush(highlightFrame_);
+        if (brush) {
+            FrameRgn(memory_, highlight_, brush, 1, 1);
+            DeleteObject(brush);
+        }
+        DeleteObject(highlight_);
+        highlight_ = nullptr;
+    }
     HDC windowDc = GetDC(window_);
     // The caret is drawn by inverting; drawing over it would leave half of it.
     HideCaret(window_);

@@ -30,6 +30,7 @@ public:
     void PaintRun(int column, int row, const wchar_t* text, int units, int cellCount,
                   const RunColours& colours) override;
     void PaintCaret(int column, int row) override;
+    void PaintHighlight(int column, int row, int cellCount, COLORREF colour, COLORREF frame) override;
     void EndFrame() override;
 
     // Whether some character of the text would break the cell grid when drawn
@@ -53,6 +54,9 @@ private:
     int cellHeight_ = 12;
     int slack_ = 0;
     RECT frame_{};
+    // The blended cells of this frame, outlined as it ends.
+    HRGN highlight_ = nullptr;
+    COLORREF highlightFrame_ = 0;
     // Measured widths of the characters of one unit; 0 for not measured yet.
     std::vector<unsigned char> widths_;
 };

@@ -7,8 +7,9 @@
 #include "screen/render.h"
 #include "screen/render_font.h"
 #include "screen/render_gdi.h"
+#include "screen/scrollback.h"
 
-class ScreenView {
+class ScreenView : public ScrollDisplay {
 public:
     // Makes the font of the settings and gives the store its cell size; the
     // window's size is computed from the cell, so this comes first.
@@ -17,10 +18,16 @@ public:
     void Attach(HWND window);
     void Detach();
     // Draws the rows changed since the last frame; false when there were none
-    // (or there is nothing to draw into).
+    // (or there is nothing to draw into). Output while history is viewed
+    // brings the live screen back.
     bool PaintChanges();
-    // Draws the whole screen.
+    // Draws the whole screen, or the history view shown now.
     void PaintAll();
+    // The scroll bar, at the right edge of the text.
+    void SetBar(int position, int maximum, int page) override;
+    void PaintHistory(int topRow) override;
+    void ShowCaret(bool show) override;
+    HWND Bar() const { return bar_; }
     // The client area took this size: the screen takes as many whole cells as
     // fit, within its limits, beside the scroll bar.
     void Resize(int clientWidth, int clientHeight);
@@ -34,11 +41,15 @@ public:
 
 private:
     bool CanDraw() const;
+    // The selection as the painter is to show it now.
+    void TakeHighlight();
+    void PlaceBar(int clientWidth, int clientHeight);
 
     ScreenFont font_;
     GdiSurface surface_;
     ScreenPainter painter_;
     HWND window_ = nullptr;
+    HWND bar_ = nullptr;
 };
 
 extern ScreenView TheView;

@@ -25,6 +25,7 @@ ScreenStore::ScreenStore()
 {
     LoadScreenLimits();
     LoadColours();
+    AlphaOff = ProfileReadInt(L"Ombrel", L"AlphaHighlight", 1) == 0 ? 1 : 0;
     Build(ProfileReadInt(L"Ombrel", L"ScrollBack", 250));
 }
 

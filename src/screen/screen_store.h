@@ -74,6 +74,9 @@ public:
     int AtMore = 0;
     int PageEnabled = 1;
     int PageLines = 0;
+    // 1 when the settings key AlphaHighlight is 0: selected cells are drawn
+    // opaque in the selection colours instead of blended.
+    int AlphaOff = 0;
     ScreenObserver* Observer = nullptr;
     // The pager's wait at a full page; installed by the pager.
     void (*PagePause)() = nullptr;
@@ -161,6 +164,7 @@ public:
     const ScreenCell& CellAt(int x, int y) const;
     // Screen rows changed since the last call.
     ScreenDamage TakeDamage();
+    bool HasDamage() const { return damage_.Whole || damage_.Top <= damage_.Bottom; }
 
 private:
     void Build(int scrollBack);

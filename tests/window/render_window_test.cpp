@@ -167,9 +167,11 @@ TEST_F(RenderWindowTest, TextShowsInItsCellsInItsColourOverTheBackground)
     EXPECT_EQ(picture.CountInCells(Palette[yellow], 7, 4, 2), picture.CellArea(2));
     EXPECT_GT(picture.CountInCells(Palette[blue], 5, 4, 2), 0);
     EXPECT_EQ(picture.CountInCells(background, 5, 4, 6), 0);
-    // Blank cells and the strip below the last row show the background.
+    // Blank cells and the strip below the last row show the background; the
+    // scroll bar stands at the right edge.
     EXPECT_EQ(picture.CountInCells(background, 0, 10, 80), picture.CellArea(80));
-    EXPECT_EQ(picture.At(client.cx - 1, client.cy - 1), background);
+    EXPECT_EQ(picture.At(client.cx - GetSystemMetrics(SM_CXVSCROLL) - 1, client.cy - 1), background);
+    EXPECT_NE(picture.At(client.cx - 1, client.cy - 1), background);
 }
 
 TEST_F(RenderWindowTest, OutputIsDrawnOnTheTimerWithoutInvalidation)
