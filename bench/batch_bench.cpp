@@ -2,75 +2,28 @@
 // ombc.exe and by the system's own command processor, timed side by side.
 //
 //   wine-run batch_bench.exe [turns]
+#include "bench_support.h"
+
 #include <windows.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
-namespace {
-
-std::wstring Folder()
-{
-    wchar_t self[MAX_PATH];
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    std::wstring path = self;
-    return path.substr(0, path.find_last_of(L"\\/") + 1);
-}
-
-bool WriteText(const std::wstring& path, const std::string& text)
-{
-    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    if (h == INVALID_HANDLE_VALUE) return false;
-    DWORD written;
-    bool ok = WriteFile(h, text.data(), DWORD(text.size()), &written, nullptr) && written == text.size();
-    CloseHandle(h);
-    return ok;
-}
-
-// Runs a command line with its output discarded; seconds taken, or -1.
-double TimeRun(std::wstring commandLine)
-{
-    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
-    // Empty input: a question asked by mistake is answered at once.
-    HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
-                             OPEN_EXISTING, 0, nullptr);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = nul;
-    startup.hStdError = nul;
-    startup.hStdInput = nul;
-    PROCESS_INFORMATION process{};
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    BOOL ok = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
-                             &startup, &process);
-    if (nul != INVALID_HANDLE_VALUE) CloseHandle(nul);
-    if (!ok) return -1;
-    WaitForSingleObject(process.hProcess, INFINITE);
-    QueryPerformanceCounter(&end);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
     int turns = argc > 1 ? std::atoi(argv[1]) : 100000;
     std::string limit = std::to_string(turns);
-    std::wstring folder = Folder();
+    std::wstring folder = BenchFolder();
     wchar_t here[MAX_PATH];
     GetCurrentDirectoryW(MAX_PATH, here);
     std::wstring scratch = std::wstring(here) + L"\\";
     std::wstring ours = scratch + L"bench_loop.bat";
     std::wstring theirs = scratch + L"bench_loop_cmd.bat";
-    WriteText(ours, "@echo off\r\nset i=0\r\n:loop\r\nlet i=i+1\r\nif %i% lss " + limit +
+    WriteBenchFile(ours, "@echo off\r\nset i=0\r\n:loop\r\nlet i=i+1\r\nif %i% lss " + limit +
                         " goto loop\r\necho %i%\r\n");
-    WriteText(theirs, "@echo off\r\nset i=0\r\n:loop\r\nset /a i=i+1\r\nif %i% lss " + limit +
+    WriteBenchFile(theirs, "@echo off\r\nset i=0\r\n:loop\r\nset /a i=i+1\r\nif %i% lss " + limit +
                           " goto loop\r\necho %i%\r\n");
 
     double ombc = TimeRun(L"\"" + folder + L"ombc.exe\" /C \"" + ours + L"\"");

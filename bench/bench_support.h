@@ -8,11 +8,59 @@
 
 #include <windows.h>
 
+#include <string>
+
 inline double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
 {
     LARGE_INTEGER frequency;
     QueryPerformanceFrequency(&frequency);
     return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
+}
+
+// The folder of the running benchmark, with its backslash.
+inline std::wstring BenchFolder()
+{
+    wchar_t self[MAX_PATH];
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring path = self;
+    return path.substr(0, path.find_last_of(L"\\/") + 1);
+}
+
+inline bool WriteBenchFile(const std::wstring& path, const std::string& text)
+{
+    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    DWORD written;
+    bool ok = WriteFile(h, text.data(), DWORD(text.size()), &written, nullptr) && written == text.size();
+    CloseHandle(h);
+    return ok;
+}
+
+// Runs a command line with its output discarded and empty input; seconds
+// taken, or -1.
+inline double TimeRun(std::wstring commandLine)
+{
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                             OPEN_EXISTING, 0, nullptr);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = nul;
+    startup.hStdError = nul;
+    startup.hStdInput = nul;
+    PROCESS_INFORMATION process{};
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    BOOL ok = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                             &startup, &process);
+    if (nul != INVALID_HANDLE_VALUE) CloseHandle(nul);
+    if (!ok) return -1;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    QueryPerformanceCounter(&end);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return Seconds(start, end);
 }
 
 // Creates the main window and installs the window host; false when the

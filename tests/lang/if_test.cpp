@@ -59,7 +59,7 @@ TEST(If, ElseBehindAGroupAndNestedIfs)
     EXPECT_EQ(TypedOutput("if a==a (echo one) else (echo two)\n"), L"one\n");
     EXPECT_EQ(TypedOutput("if a==b (echo one) else (echo two)\n"), L"two\n");
     EXPECT_EQ(TypedOutput("if a==b (echo one) else echo two & echo three\n"), L"two\nthree\n");
-    EXPECT_EQ(TypedOutput("if a==b (echo one) elsewhere\n"), L"Bad command or file name\n\n");
+    EXPECT_EQ(TypedOutput("if a==b (echo one) elsenosuch\n"), L"Bad command or file name\n\n");
     EXPECT_EQ(TypedOutput("if a==a (if b==b (echo inner) else (echo no)) else (echo outer no)\n"), L"inner\n");
     EXPECT_EQ(TypedOutput("if a==a (if b==c (echo no) else (echo inner else)) else (echo outer no)\n"),
               L"inner else\n");
