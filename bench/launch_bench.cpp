@@ -8,6 +8,7 @@
 #include "bench_support.h"
 
 #include "lang/shell_command.h"
+#include "screen/screen_store.h"
 
 #include <windows.h>
 
@@ -42,6 +43,21 @@ void StartsFromBatch(int starts)
     DeleteFileW(batch.c_str());
 }
 
+// The screen's own ceiling: the same lines written straight to the store.
+void ScreenOnly(int megabytes)
+{
+    std::wstring chunk;
+    while (chunk.size() < 8000) chunk += L"00000001 abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123\r\n";
+    long turns = long(megabytes) * (1 << 20) / long(chunk.size());
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    for (long i = 0; i < turns; ++i) TheScreen.ConsoleWrite(chunk.c_str(), 0, 0);
+    QueryPerformanceCounter(&end);
+    double seconds = Seconds(start, end);
+    std::printf("%-12s %10.3f s  %8.1f MB/s (the same lines written to the screen directly)\n", "screen", seconds,
+                seconds > 0 ? megabytes / seconds : 0.0);
+}
+
 void PipeThroughput(int megabytes)
 {
     std::wstring line = L"\"" + BenchFolder() + L"flood.exe\" mb " + std::to_wstring(megabytes);
@@ -65,5 +81,6 @@ int main(int argc, char** argv)
     int megabytes = argc > 2 ? std::atoi(argv[2]) : 100;
     StartsFromBatch(starts);
     PipeThroughput(megabytes);
+    ScreenOnly(megabytes);
     return 0;
 }

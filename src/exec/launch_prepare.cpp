@@ -3,14 +3,12 @@
 #include "app/globals.h"
 #include "app/profile/profile.h"
 #include "exec/program_search.h"
+#include "exec/run_handover.h"
 #include "input/editor.h"
 #include "lang/redirect.h"
 #include "screen/screen_store.h"
 
 namespace {
-
-const wchar_t* const kRunVariables[] = {L"=hwnd", L"=open", L"=cmd", L"=run", L"=logg",
-                                        L"=cpyr", L"=imgbase", L"=>>", L"=>", L"=<"};
 
 bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
 
@@ -84,7 +82,7 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
 
 void UndoRun(RunState& state)
 {
-    for (const wchar_t* name : kRunVariables) SetEnvironmentVariableW(name, nullptr);
+    RemoveRunVariables();
     const RedirectionNames& names = ActiveRedirection;
     if (state.OutputHandedOver && !names.Output.empty()) {
         HANDLE file = CreateFileW(names.Output.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,

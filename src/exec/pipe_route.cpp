@@ -6,23 +6,27 @@
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
 #include "exec/process_wait.h"
+#include "exec/run_handover.h"
 #include "input/editor.h"
 #include "app/event_pump.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
+#include <memory>
 #include <string>
 
 namespace {
 
 constexpr DWORD kOutputPipeSize = 1 << 20;
 constexpr DWORD kInputPipeSize = 1 << 16;
-// At most this much is read at a time, which keeps a converted chunk within
-// the screen's output batch.
-constexpr DWORD kReadChunk = 0x1FFE;
+// Reads are large, so that a program that writes a lot costs few trips
+// through the system; what was read goes to the screen in slices of at most
+// kShowChunk bytes, the unit the screen's console output is written in.
+constexpr DWORD kReadChunk = 1 << 16;
+constexpr DWORD kShowChunk = 0x1FFE;
 // Reads handled in one turn before the messages get theirs.
-constexpr int kReadsPerTurn = 64;
+constexpr int kReadsPerTurn = 8;
 constexpr DWORD kTickMilliseconds = 250;
 // After Ctrl-C a program gets this long to end once its pipes are closed.
 constexpr ULONGLONG kBreakGraceMilliseconds = 20 * kTickMilliseconds;
@@ -56,7 +60,7 @@ private:
     bool pending_ = false;
     bool readOpen_ = false;
     bool quit_ = false;
-    char buffer_[kReadChunk + 8] = {};
+    std::unique_ptr<char[]> buffer_ = std::make_unique<char[]>(kReadChunk);
     std::string carry_;
     std::wstring echo_;
 };
@@ -74,8 +78,9 @@ std::wstring UniquePipeName()
 UINT ActivePage() { return CodePageOf(ActiveCodePage); }
 
 // The number of leading bytes that form whole characters; a character cut
-// by the end of a read waits for the next one.
-size_t WholeCharacters(const std::string& bytes, UINT codePage)
+// by the end of a read waits for the next one. Single-byte code pages never
+// cut one, so their text costs no walk.
+size_t WholeCharacters(const std::string& bytes, UINT codePage, const CPINFO& info)
 {
     size_t n = bytes.size();
     if (codePage == CP_UTF8) {
@@ -88,14 +93,15 @@ size_t WholeCharacters(const std::string& bytes, UINT codePage)
         }
         return n;
     }
+    if (info.MaxCharSize <= 1) return n;
+    bool lead[256] = {};
+    for (int r = 0; r + 1 < MAX_LEADBYTES && info.LeadByte[r]; r += 2)
+        for (int b = info.LeadByte[r]; b <= info.LeadByte[r + 1]; ++b) lead[b] = true;
     size_t i = 0;
     while (i < n) {
-        if (IsDBCSLeadByteEx(codePage, BYTE(bytes[i]))) {
-            if (i + 1 >= n) return i;
-            i += 2;
-        } else {
-            ++i;
-        }
+        if (!lead[uint8_t(bytes[i])]) ++i;
+        else if (i + 1 >= n) return i;
+        else i += 2;
     }
     return n;
 }
@@ -150,10 +156,18 @@ bool PipeRun::CreatePipes()
 
 bool PipeRun::Start(const wchar_t* program, const wchar_t* commandLine)
 {
-    SetEnvironmentVariableW(L"=open", nullptr);
+    HandedFiles files;
+    bool opened = files.Open();
+    // The program must not see the shell's messages to its helpers.
+    RemoveRunVariables();
+    if (!opened) {
+        ReportId(35);
+        ErrorLevel = 1;
+        return false;
+    }
     STARTUPINFOW& startup = state_.Startup;
-    startup.hStdInput = state_.Pipes.ChildReads;
-    startup.hStdOutput = state_.Pipes.ChildWrites;
+    startup.hStdInput = files.Input ? files.Input : state_.Pipes.ChildReads;
+    startup.hStdOutput = files.Output ? files.Output : state_.Pipes.ChildWrites;
     startup.hStdError = state_.Pipes.ChildWrites;
     startup.dwFlags |= STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
     startup.wShowWindow = SW_HIDE;
@@ -182,7 +196,7 @@ bool PipeRun::TakeRead(DWORD& got)
     HANDLE pipe = state_.Pipes.ReadFromChild;
     got = 0;
     if (!pending_) {
-        if (!ReadFile(pipe, buffer_, kReadChunk, nullptr, &overlapped_) && GetLastError() != ERROR_IO_PENDING) {
+        if (!ReadFile(pipe, buffer_.get(), kReadChunk, nullptr, &overlapped_) && GetLastError() != ERROR_IO_PENDING) {
             readOpen_ = false; // every writer has gone
             return false;
         }
@@ -205,7 +219,8 @@ void PipeRun::Drain(bool everything)
     DWORD got = 0;
     for (int reads = 0; readOpen_ && (everything || reads < kReadsPerTurn); ++reads) {
         if (!TakeRead(got)) break;
-        Show(buffer_, got);
+        for (DWORD done = 0; done < got; done += kShowChunk)
+            Show(buffer_.get() + done, got - done < kShowChunk ? got - done : kShowChunk);
     }
     Host->ShowCaret();
 }
@@ -214,8 +229,10 @@ void PipeRun::Show(const char* bytes, DWORD count)
 {
     if (count == 0) return;
     UINT codePage = ActivePage();
+    CPINFO info{};
+    if (codePage != CP_UTF8 && !GetCPInfo(codePage, &info)) info.MaxCharSize = 1;
     carry_.append(bytes, count);
-    size_t whole = WholeCharacters(carry_, codePage);
+    size_t whole = WholeCharacters(carry_, codePage, info);
     if (whole == 0) return;
     std::wstring text(whole + 1, L'\0');
     int units = MultiByteToWideChar(codePage, 0, carry_.data(), int(whole), text.data(), int(whole));
@@ -306,7 +323,10 @@ void PipeRun::Wait()
     while (!quit_) {
         HANDLE handles[2] = {info_.hProcess, readEvent_.get()};
         DWORD count = pending_ ? 2 : 1;
-        MsgWaitForMultipleObjects(count, handles, FALSE, kTickMilliseconds, QS_ALLINPUT);
+        // A turn that stopped at its share of reads left more waiting: look
+        // at the messages and go on at once.
+        DWORD timeout = (readOpen_ && !pending_) ? 0 : kTickMilliseconds;
+        MsgWaitForMultipleObjects(count, handles, FALSE, timeout, QS_ALLINPUT);
         Drain(false);
         if (!PumpMessages()) break;
         if (!TheScreen.BreakFlag) Host->PollBreak();
@@ -374,10 +394,6 @@ void PipeRun::Finish()
         TheScreen.NewLine();
     }
     ErrorLevel = int32_t(code);
-    if (code == kHelperCannotStart) {
-        ReportId(8);
-        ErrorLevel = 1;
-    }
 }
 
 void RunOnPipes(RunState& state, const wchar_t* program, const wchar_t* commandLine, const LaunchOptions& options)
@@ -386,7 +402,7 @@ void RunOnPipes(RunState& state, const wchar_t* program, const wchar_t* commandL
     if (!run.CreatePipes()) {
         // Without pipes the program still runs, in a console of its own.
         run.ClosePipes();
-        ProcessStart start{program, commandLine, program, SW_SHOWNORMAL, false, options.SeparateVdm};
+        ProcessStart start{state.Helper, commandLine, program, SW_SHOWNORMAL, false, options.SeparateVdm};
         start.MayBackground = state.Mode != 1;
         StartAndWait(state, start);
         return;

@@ -1,4 +1,4 @@
-// The pipe route: a console program runs (behind oms32.exe) with its
+// The pipe route: a console program runs with its
 // standard handles on two pipes. The shell shows what arrives on the output
 // pipe as it arrives, and sends each line typed meanwhile to the input pipe.
 //
@@ -10,7 +10,8 @@
 
 #include "exec/run_state.h"
 
-// Starts program (the helper) with commandLine on the pipes and waits for it;
-// sets ErrorLevel from its exit code. When the pipes cannot be made, the
-// program gets an ordinary start instead.
+// Starts program with commandLine on the pipes, or on the files that the
+// run's variables name, and waits for it; sets ErrorLevel from its exit code.
+// The shell does the helper's hand-over itself here. When the pipes cannot be
+// made, the helper starts the program in a console of its own instead.
 void RunOnPipes(RunState& state, const wchar_t* program, const wchar_t* commandLine, const LaunchOptions& options);

@@ -125,11 +125,11 @@ void StartPlanned(StartPlan& plan, RunState& state, const LaunchOptions& options
         return;
     }
     bool capture = state.Mode != 0 && !options.NoWait && CaptureApplies(plan.Program.c_str(), state.Kind);
-    std::wstring program = state.Mode != 0 ? state.Helper : plan.Program;
     if (capture) {
-        RunOnPipes(state, program.c_str(), line.c_str(), options);
+        RunOnPipes(state, plan.Program.c_str(), line.c_str(), options);
         return;
     }
+    std::wstring program = state.Mode != 0 ? state.Helper : plan.Program;
     ProcessStart start{program, line, plan.Program, options.Show, options.NoWait, options.SeparateVdm};
     start.Kind = plan.MayBackground ? state.Kind : -1;
     start.MayBackground = plan.MayBackground && state.Mode != 1;
