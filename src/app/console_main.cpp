@@ -6,8 +6,10 @@
 #include "app/globals.h"
 #include "app/run_line.h"
 #include "app/startup_args.h"
+#include "app/startup_environment.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
+#include "lang/directories.h"
 #include "lang/shell_command.h"
 
 int wmain()
@@ -18,7 +20,9 @@ int wmain()
     LoadCharSplit();
 
     StartupArgs args = ParseStartupArgs(SkipArgW(GetCommandLineW()));
-    if (!args.Directory.empty()) SetCurrentDirectoryW(args.Directory.c_str());
+    // A directory that cannot be reached leaves the inherited one, silently.
+    if (!args.Directory.empty()) ChangeDirectory(args.Directory.c_str());
+    SettleStartupEnvironment();
     ApplyRedirectionChoice(args);
 
     if (!args.Command.empty()) {

@@ -6,6 +6,7 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "bars/status_bar.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
 #include "lang/shell_command.h"
@@ -77,6 +78,7 @@ void OnTimer(HWND window, WPARAM id)
     }
     // Any other timer counts; the status bar's second is every fourth tick.
     ++TickCount;
+    if (TickCount % 4 == 0) TheStatusBar.Refresh();
     // Output that keeps coming is drawn at the quick timer's pace until it stops.
     if (TheView.PaintChanges()) SetTimer(window, kPaintTimer, kPaintInterval, nullptr);
 }
@@ -119,6 +121,34 @@ void OnDropFiles(HDROP drop)
     }
     TheEditor.DropFiles(files, (GetKeyState(VK_CAPITAL) & 1) != 0);
     DragFinish(drop);
+}
+
+// The first popup of menu resource 1, entry by entry: separators, items
+// with their ids, submenus by their handles.
+void ExtendSystemMenu(HMENU systemMenu, HINSTANCE instance)
+{
+    HMENU extension = GetSubMenu(LoadMenuW(instance, MAKEINTRESOURCEW(1)), 0);
+    for (int i = 0, count = GetMenuItemCount(extension); i < count; ++i) {
+        wchar_t text[64] = L"";
+        MENUITEMINFOW item{};
+        item.cbSize = sizeof(item);
+        item.fMask = MIIM_FTYPE | MIIM_ID | MIIM_SUBMENU | MIIM_STRING;
+        item.dwTypeData = text;
+        item.cch = 64;
+        if (!GetMenuItemInfoW(extension, UINT(i), TRUE, &item)) continue;
+        if (item.fType & MFT_SEPARATOR) AppendMenuW(systemMenu, MF_SEPARATOR, 0, nullptr);
+        else if (item.hSubMenu) AppendMenuW(systemMenu, MF_POPUP, reinterpret_cast<UINT_PTR>(item.hSubMenu), text);
+        else AppendMenuW(systemMenu, MF_STRING, item.wID, text);
+    }
+}
+
+bool OnSysCommand(WPARAM id)
+{
+    switch (id) {
+    case 207: TheStatusBar.Toggle(); return true;
+    case 212: TheStatusBar.ToggleInFront(); return true;
+    default: return false;
+    }
 }
 
 } // namespace
@@ -197,6 +227,8 @@ HWND CreateMainWindow(HINSTANCE instance)
     HMENU systemMenu = GetSystemMenu(window, FALSE);
     SystemMenuBase = GetMenuItemCount(systemMenu) + 1;
     EnableMenuItem(systemMenu, 6, MF_BYPOSITION | MF_GRAYED);
+    ExtendSystemMenu(systemMenu, instance);
+    if (TheStatusBar.InFront) CheckMenuItem(systemMenu, 212, MF_BYCOMMAND | MF_CHECKED);
     return window;
 }
 
@@ -234,6 +266,9 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         if (wParam) SaveSession();
         return 0;
     case WM_TIMER: OnTimer(window, wParam); return 0;
+    case WM_SYSCOMMAND:
+        if (OnSysCommand(wParam)) return 0;
+        break;
     case WM_SIZE: OnSize(wParam, lParam); return 0;
     case WM_SIZING:
         TheView.SnapToCells(*reinterpret_cast<RECT*>(lParam), wParam, kFrameStyle);

@@ -4,6 +4,7 @@
 // destructors free memory only; nothing is saved there.
 #include "app/errors.h"
 #include "app/profile/profile.h"
+#include "bars/status_bar.h"
 #include "input/editor.h"
 #include "input/prompt.h"
 #include "input/unix_mode.h"
@@ -13,6 +14,7 @@
 
 ProfileStore TheProfile;
 ShellCommand TheShell;
+StatusBar TheStatusBar;
 PromptState ThePrompt;
 ErrorReporter TheErrors;
 UnixMode TheUnixMode;

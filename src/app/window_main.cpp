@@ -2,14 +2,18 @@
 // top-level message loop; everything else runs nested inside a message.
 #include "app/banner.h"
 #include "app/globals.h"
+#include "app/profile/profile.h"
 #include "app/main_window.h"
 #include "app/run_line.h"
 #include "app/shell_mode.h"
 #include "app/startup_args.h"
+#include "app/startup_environment.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "bars/status_bar.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
+#include "lang/directories.h"
 
 #include <commctrl.h>
 
@@ -105,16 +109,19 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     TraceViewer = &traceDialog;
     CommandRunning = 1;
     LoadCharSplit();
+    if (ProfileReadInt(L"StatusBar", L"Display", 0)) TheStatusBar.Show();
     ShowWindow(MainWindow, showCommand);
     UpdateWindow(MainWindow);
     SetTimer(MainWindow, 300, 250, nullptr);
 
     StartupArgs args = ParseStartupArgs(arguments);
-    if (!args.Directory.empty()) SetCurrentDirectoryW(args.Directory.c_str());
+    // A directory that cannot be reached leaves the inherited one, silently.
+    if (!args.Directory.empty()) ChangeDirectory(args.Directory.c_str());
 
     PrintBanner();
     RunStartupBatch();
     if (ShellMode) RunStartupPrograms();
+    SettleStartupEnvironment();
     CommandRunning = 0;
     SetFocus(MainWindow);
 

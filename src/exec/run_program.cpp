@@ -12,6 +12,7 @@
 #include "exec/program_search.h"
 #include "exec/shortcut_launch.h"
 #include "lang/command_args.h"
+#include "lang/directories.h"
 #include "lang/shell_command.h"
 
 #include <memory>
@@ -42,7 +43,7 @@ void RunDirectoryCase(const wchar_t* word, bool noWait)
         return;
     }
     if (!noWait) {
-        if (!SetCurrentDirectoryW(word)) {
+        if (!ChangeDirectory(word)) {
             ReportId(5);
             ErrorLevel = 1;
         }

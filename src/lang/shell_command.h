@@ -7,6 +7,7 @@
 #include "lang/data_list.h"
 
 #include <cstdint>
+#include <string>
 
 class BatchProgram;
 class TraceView;
@@ -38,6 +39,10 @@ public:
     int32_t TraceHighlight = -1;
     // The batch program whose statement is running, or null at the prompt.
     BatchProgram* Batch = nullptr;
+    // pushd's full paths, oldest first; a push onto a full stack drops the oldest.
+    static constexpr int kDirectoryStackSize = 16;
+    std::wstring DirectoryStack[kDirectoryStackSize];
+    int32_t DirectoryCount = 0;
 
     // Splits a line and runs each statement (with expansion) on no batch.
     void RunLine(const wchar_t* line);

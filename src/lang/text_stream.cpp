@@ -149,6 +149,9 @@ bool TextStream::ReadNarrowLine(std::wstring& line)
     std::string bytes;
     int b = NextByte();
     if (b < 0) return false;
+    UINT codePage = Encoding == Utf8Text ? CP_UTF8 : CodePageOf(ActiveCodePage);
+    // Text without a mark is UTF-8 too after "chcp 65001".
+    bool utf8 = codePage == CP_UTF8;
     int chars = 0;
     for (; b >= 0; b = NextByte()) {
         ++BytesConsumed;
@@ -162,10 +165,10 @@ bool TextStream::ReadNarrowLine(std::wstring& line)
         if (b == '\t' && !KeepTabs) b = ' ';
         bytes += static_cast<char>(b);
         // In UTF-8 only lead bytes start a character.
-        if (Encoding != Utf8Text || (b & 0xC0) != 0x80) ++chars;
+        if (!utf8 || (b & 0xC0) != 0x80) ++chars;
         if (chars >= LineCapacity) {
             // Keep the continuation bytes of the last character together.
-            if (Encoding == Utf8Text)
+            if (utf8)
                 while (position_ < fill_ && (buffer_[position_] & 0xC0) == 0x80) {
                     bytes += static_cast<char>(buffer_[position_++]);
                     ++BytesConsumed;
@@ -173,7 +176,6 @@ bool TextStream::ReadNarrowLine(std::wstring& line)
             break;
         }
     }
-    UINT codePage = Encoding == Utf8Text ? CP_UTF8 : CodePageOf(ActiveCodePage);
     line.clear();
     if (!bytes.empty()) {
         int n = MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), nullptr, 0);

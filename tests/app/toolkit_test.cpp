@@ -262,6 +262,15 @@ TEST(Toolkit, ConversionsRoundTripThroughUtf8AndCodePages)
     ActiveCodePage = CP_UTF8; // two bytes a character: only whole characters are kept
     EXPECT_EQ(ToNarrowInto(L"\x00E9\x00E9\x00E9", shortNarrow, 4), 2);
     EXPECT_STREQ(shortNarrow, "\xC3\xA9");
+    // Code pages that refuse conversion flags still convert towards wide text.
+    for (int page : {int(CP_UTF8), int(CP_UTF7)}) {
+        ActiveCodePage = page;
+        EXPECT_STREQ(ToWide(holder, "plain"), L"plain") << page;
+        ToWideInto("plain", again, 16);
+        EXPECT_STREQ(again, L"plain") << page;
+    }
+    ActiveCodePage = CP_UTF8;
+    EXPECT_STREQ(ToWide(holder, "caf\xC3\xA9"), L"caf\x00E9");
     ActiveCodePage = saved;
 
     wchar_t swapped[] = {0x4100, 0x4200, 0};

@@ -15,6 +15,16 @@ UINT CodePageOf(int activeCodePage)
     }
 }
 
+// MB_PRECOMPOSED where the code page takes it. UTF-7, UTF-8, the ISO-2022 and
+// ISCII families and Symbol refuse every flag, and a conversion given one
+// fails outright, so after "chcp 65001" no text would convert at all.
+static DWORD PrecomposedFor(UINT codePage)
+{
+    bool refusesFlags = codePage == 42 || (codePage >= 50220 && codePage <= 50229) ||
+                        (codePage >= 57002 && codePage <= 57011) || codePage == CP_UTF7 || codePage == CP_UTF8;
+    return refusesFlags ? 0 : MB_PRECOMPOSED;
+}
+
 void StringHolder::Reset()
 {
     std::free(narrow);
@@ -68,7 +78,8 @@ char* ToUtf8(StringHolder& holder, const wchar_t* wideText) { return Narrow(hold
 
 wchar_t* ToWide(StringHolder& holder, const char* narrowText)
 {
-    return Wide(holder, narrowText, CodePageOf(ActiveCodePage), MB_PRECOMPOSED);
+    UINT codePage = CodePageOf(ActiveCodePage);
+    return Wide(holder, narrowText, codePage, PrecomposedFor(codePage));
 }
 
 wchar_t* FromUtf8(StringHolder& holder, const char* utf8Text) { return Wide(holder, utf8Text, CP_UTF8, 0); }
@@ -109,8 +120,8 @@ int ToWideInto(const char* narrowText, wchar_t* buffer, int bufferSize)
     int room = bufferSize - 1;
     int bytes = lstrlenA(narrowText);
     if (bytes > room) bytes = room; // no byte gives more than one unit
-    int n = bytes > 0 ? MultiByteToWideChar(CodePageOf(ActiveCodePage), MB_PRECOMPOSED, narrowText, bytes, buffer, room)
-                      : 0;
+    UINT codePage = CodePageOf(ActiveCodePage);
+    int n = bytes > 0 ? MultiByteToWideChar(codePage, PrecomposedFor(codePage), narrowText, bytes, buffer, room) : 0;
     buffer[n] = 0;
     return n;
 }
