@@ -1,6 +1,7 @@
 #include "exec/pipe_route.h"
 
 #include "app/errors.h"
+#include "app/event_pump.h"
 #include "app/host.h"
 #include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
@@ -8,7 +9,6 @@
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
 #include "input/editor.h"
-#include "app/event_pump.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
@@ -27,6 +27,7 @@ constexpr DWORD kReadChunk = 1 << 16;
 constexpr DWORD kShowChunk = 0x1FFE;
 // Reads handled in one turn before the messages get theirs.
 constexpr int kReadsPerTurn = 8;
+constexpr int kReadsAtTheEnd = 4096;
 constexpr DWORD kTickMilliseconds = 250;
 // After Ctrl-C a program gets this long to end once its pipes are closed.
 constexpr ULONGLONG kBreakGraceMilliseconds = 20 * kTickMilliseconds;
@@ -217,7 +218,10 @@ void PipeRun::Drain(bool everything)
     if (!readOpen_) return;
     Host->HideCaret();
     DWORD got = 0;
-    for (int reads = 0; readOpen_ && (everything || reads < kReadsPerTurn); ++reads) {
+    // Even the last drain is bounded: a program's own children may hold the
+    // pipe and go on writing after it ended.
+    int limit = everything ? kReadsAtTheEnd : kReadsPerTurn;
+    for (int reads = 0; readOpen_ && reads < limit; ++reads) {
         if (!TakeRead(got)) break;
         for (DWORD done = 0; done < got; done += kShowChunk)
             Show(buffer_.get() + done, got - done < kShowChunk ? got - done : kShowChunk);

@@ -2,8 +2,6 @@
 
 #include "app/errors.h"
 #include "app/globals.h"
-#include "app/host.h"
-#include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
 #include "exec/associations.h"
 #include "exec/launch_prepare.h"
