@@ -26,6 +26,33 @@ inline double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
     return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
 }
 
+// Runs a command line with its output discarded and empty input; seconds
+// taken, or -1.
+inline double TimeRun(std::wstring commandLine)
+{
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                             OPEN_EXISTING, 0, nullptr);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = nul;
+    startup.hStdError = nul;
+    startup.hStdInput = nul;
+    PROCESS_INFORMATION process{};
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    BOOL ok = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                             &startup, &process);
+    if (nul != INVALID_HANDLE_VALUE) CloseHandle(nul);
+    if (!ok) return -1;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    QueryPerformanceCounter(&end);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return Seconds(start, end);
+}
+
 // Creates the main window and installs the window host; false when the
 // window cannot be made (no display).
 inline bool OpenBenchWindow(WindowHost& host)

@@ -55,6 +55,9 @@ public:
     virtual void RebuildCaret() {}
     // Makes what changed in the screen store visible.
     virtual void Refresh() {}
+    // Whether lines typed while a console program runs go to its input; when
+    // not, the program's input ends at once.
+    virtual bool TypesToPrograms() const { return false; }
     // Dropped files are taken only while the editor waits at the prompt.
     virtual void AcceptDrops(bool accept) {}
 };

@@ -20,6 +20,7 @@ public:
     void RebuildCaret() override;
     void Refresh() override;
     void AcceptDrops(bool accept) override;
+    bool TypesToPrograms() const override { return true; }
 
 private:
     // Net count of shows over hides, so a rebuilt caret keeps its nesting.

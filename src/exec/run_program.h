@@ -1,16 +1,19 @@
-// Finding and starting what a word names when it is no built-in command.
+// Starting what a word names when it is no built-in command: a directory to
+// change to, a batch program for the caller to run, an external command, a
+// shortcut, a file with an associated program, or a program. Programs are
+// waited for with messages flowing, and their exit code is the ErrorLevel.
 #pragma once
+
+#include "exec/run_state.h"
 
 #include <string>
 
-class BatchProgram;
+// Runs the stage that CommandArgs holds. A batch program found while
+// options.AllowBatch is set comes back as its full path, for the caller to
+// run; everything else runs here and the result is empty. The stage may be
+// parsed again (an association rewrites it), so CommandArgs must not be used
+// by the caller afterwards.
+std::wstring RunProgram(const LaunchOptions& options);
 
-// Looks for the program that CommandArgs names. A batch program found while
-// allowBatch is set comes back as its full path, for the caller to run.
-// Until program launch exists, a word that names no batch program is message
-// 5, with ErrorLevel 1, since no program ran to give an exit code.
-std::wstring RunProgram(BatchProgram* batch, bool allowBatch);
-
-// The full path of the batch program that word names (a path with a batch
-// extension, or a name to which one is added), or empty.
-std::wstring FindBatchProgram(const wchar_t* word);
+// Whether word names a batch program (for callers that require one).
+bool IsBatchProgram(const wchar_t* word);

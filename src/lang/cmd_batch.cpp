@@ -104,7 +104,9 @@ void CmdCall()
     auto stage = ReparseTail();
     if (!CommandArgs.Command[0]) return;
     BatchProgram* batch = TheShell.Batch;
-    std::wstring path = RunProgram(batch, batch != nullptr);
+    LaunchOptions options;
+    options.AllowBatch = batch != nullptr;
+    std::wstring path = RunProgram(options);
     if (!path.empty()) TheShell.RunBatchFile(path.c_str());
 }
 

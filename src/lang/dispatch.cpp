@@ -43,6 +43,7 @@ const CommandEntry kCommands[] = {
     {L"copy", CmdCopy, 0},
     {L"data", CmdData, KeepsLevel},
     {L"date", CmdDate, 0},
+    {L"debug", CmdDebug, 0},
     {L"del", CmdDel, 0},
     {L"delbut", CmdDelbut, 0},
     {L"describe", CmdDescribe, 0},
@@ -57,6 +58,7 @@ const CommandEntry kCommands[] = {
     {L"dlgitem", nullptr, NeedsBatch},
     {L"dlgmenu", nullptr, NeedsBatch},
     {L"dlgshow", nullptr, NeedsBatch | WaitsForUser},
+    {L"dos", CmdDos, 0},
     {L"dump", CmdDump, 0},
     {L"echo", CmdEcho, KeepsLevel},
     {L"echo.", CmdEchoDot, KeepsLevel},
@@ -129,7 +131,9 @@ const CommandEntry kCommands[] = {
     {L"shift", CmdShift, IgnoredAtPrompt | KeepsLevel},
     {L"sleep", CmdSleep, KeepsLevel},
     {L"smove", CmdSmove, 0},
+    {L"start", CmdStart, KeepsLevel},
     {L"stop", CmdStop, IgnoredAtPrompt | KeepsLevel},
+    {L"tasks", CmdTasks, 0},
     {L"tick", nullptr, NeedsBatch},
     {L"time", CmdTime, 0},
     {L"timer", CmdTimer, 0},
@@ -141,6 +145,7 @@ const CommandEntry kCommands[] = {
     {L"verify", CmdVerify, 0},
     {L"vol", CmdVol, 0},
     {L"where", CmdWhere, 0},
+    {L"which", CmdWhich, 0},
     {L"xset", CmdXset, KeepsLevel},
 };
 

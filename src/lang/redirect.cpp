@@ -47,6 +47,8 @@ void DeleteRange(wchar_t* from, wchar_t* to) { std::memmove(from, to, (std::wcsl
 
 } // namespace
 
+RedirectionNames ActiveRedirection;
+
 StatementRedirects::~StatementRedirects()
 {
     CloseStreams();
@@ -148,12 +150,17 @@ bool StatementRedirects::OpenStreams()
         pendingOutput_ = nullptr;
         return false;
     }
-    if (input) ownsStreams_ = true;
+    if (input) {
+        ownsStreams_ = true;
+        ActiveRedirection.Input = input->Name;
+    }
     if (output) {
         if (!(output->Flags & Append)) SetEndOfFile(pendingOutput_);
         TheScreen.OpenRedirect(pendingOutput_);
         pendingOutput_ = nullptr;
         ownsStreams_ = true;
+        ActiveRedirection.Output = output->Name;
+        ActiveRedirection.Append = (output->Flags & Append) != 0;
     }
     return true;
 }
@@ -163,6 +170,7 @@ void StatementRedirects::CloseStreams()
     if (!ownsStreams_) return;
     TheScreen.CloseRedirect();
     TheEditor.Input.Close();
+    ActiveRedirection = RedirectionNames{};
     ownsStreams_ = false;
 }
 

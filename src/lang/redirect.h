@@ -10,6 +10,15 @@
 #include <cstdint>
 #include <string>
 
+// The files the writer and the editor's input are attached to while a
+// statement's streams are open: a started program takes them over.
+struct RedirectionNames {
+    std::wstring Output;
+    bool Append = false;
+    std::wstring Input;
+};
+extern RedirectionNames ActiveRedirection;
+
 class StatementRedirects {
 public:
     enum Flags : int32_t { Append = 1, Output = 4, Input = 8, PipeFile = 16, RemoveAfter = 32 };

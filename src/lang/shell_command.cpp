@@ -136,7 +136,7 @@ void ShellCommand::ChangeDrive()
 
 void ShellCommand::RunBatchOrProgram(BatchProgram* batch)
 {
-    std::wstring path = RunProgram(batch, true);
+    std::wstring path = RunProgram(LaunchOptions{});
     if (path.empty()) return;
     // Started without call, the new program replaces its caller for good.
     if (batch) batch->MarkFinished();

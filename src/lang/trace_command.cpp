@@ -2,7 +2,7 @@
 // arguments inside a batch program, traces the running one from this line on.
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
-#include "exec/run_program.h"
+#include "exec/program_search.h"
 #include "lang/batch_program.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"

@@ -11,6 +11,7 @@
 #include "input/editor_links.h"
 #include "input/prompt.h"
 #include "screen/screen_store.h"
+#include "window_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -19,27 +20,14 @@
 
 namespace {
 
-class WindowInputTest : public testing::Test {
+class WindowInputTest : public MainWindowTest {
 protected:
-    WindowHost host;
-    ShellHost* savedHost = nullptr;
     EditorLinks* savedLinks = nullptr;
-    bool registered = false;
 
     void SetUp() override
     {
-        savedHost = Host;
         savedLinks = Links;
-        HINSTANCE instance = GetModuleHandleW(nullptr);
-        WNDCLASSW known;
-        registered = !GetClassInfoW(instance, L"Ombrel", &known);
-        if (registered) {
-            ASSERT_TRUE(RegisterWindowClasses(instance));
-        }
-        MainWindow = CreateMainWindow(instance);
-        ASSERT_NE(MainWindow, nullptr);
-        host.Install();
-        Pump(); // whatever creation and earlier tests left behind
+        MainWindowTest::SetUp();
         CommandRunning = 0;
         InputMode = 0;
         OpenGroup.Clear();
@@ -50,30 +38,11 @@ protected:
     }
     void TearDown() override
     {
-        DestroyWindow(MainWindow);
-        MainWindow = nullptr;
-        Pump(); // takes the quit that the window's end posted
-        // Other tests register the classes themselves.
-        if (registered)
-            for (const wchar_t* name : {L"Ombrel", L"OmbrelDialog", L"OmbrelShadowDialog"})
-                UnregisterClassW(name, GetModuleHandleW(nullptr));
+        MainWindowTest::TearDown();
         ThePrompt.LoadSetting();
-        Host = savedHost;
         Links = savedLinks;
     }
 
-    static void Pump()
-    {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-    }
-    static void Post(const std::wstring& text)
-    {
-        for (wchar_t unit : text) PostMessageW(MainWindow, WM_CHAR, unit, 0);
-    }
     static void PostKey(WPARAM key) { PostMessageW(MainWindow, WM_KEYDOWN, key, 0); }
     static std::wstring Row(int y) { return TheScreen.RowText(y); }
 

@@ -1,0 +1,74 @@
+// oms32.exe stands in front of a console program that the shell starts. The
+// shell tells it everything in environment variables whose names begin
+// with "=": "=run" the program, "=cmd" its whole command line, "=>" or "=>>"
+// a file for its standard output (replaced or appended to), "=<" a file for
+// its standard input. Whatever is not redirected stays on the handles this
+// helper got (the shell's pipes, or a console). The helper waits for the
+// program and ends with its exit code.
+#include "exec/process_wait.h"
+#include "exec/run_handover.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace {
+
+// The standard handle as the program gets it: our own, made inheritable.
+HANDLE InheritableStandard(DWORD which)
+{
+    HANDLE h = GetStdHandle(which);
+    if (h && h != INVALID_HANDLE_VALUE) SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    return h;
+}
+
+void Complain(const std::wstring& text)
+{
+    std::wstring line = L"oms32: " + text + L"\r\n";
+    HANDLE error = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD written = 0, mode = 0;
+    if (GetConsoleMode(error, &mode)) {
+        WriteConsoleW(error, line.c_str(), DWORD(line.size()), &written, nullptr);
+        return;
+    }
+    int bytes = WideCharToMultiByte(CP_ACP, 0, line.c_str(), int(line.size()), nullptr, 0, nullptr, nullptr);
+    std::string narrow(size_t(bytes > 0 ? bytes : 0), '\0');
+    if (bytes > 0) WideCharToMultiByte(CP_ACP, 0, line.c_str(), int(line.size()), narrow.data(), bytes, nullptr, nullptr);
+    WriteFile(error, narrow.data(), DWORD(narrow.size()), &written, nullptr);
+}
+
+} // namespace
+
+int wmain()
+{
+    std::wstring program = RunVariable(L"=run");
+    std::wstring commandLine = RunVariable(L"=cmd");
+    HandedFiles files;
+    bool opened = files.Open();
+    // The program and anything it starts must not see the shell's messages.
+    RemoveRunVariables();
+    if (program.empty() || !opened) {
+        Complain(program.empty() ? L"no program to run" : L"cannot open " + files.FailedName);
+        return int(kHelperCannotStart);
+    }
+
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = files.Input ? files.Input : InheritableStandard(STD_INPUT_HANDLE);
+    startup.hStdOutput = files.Output ? files.Output : InheritableStandard(STD_OUTPUT_HANDLE);
+    startup.hStdError = InheritableStandard(STD_ERROR_HANDLE);
+    if (commandLine.empty()) commandLine = L"\"" + program + L"\"";
+    PROCESS_INFORMATION info{};
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                        &info))
+        return int(kHelperCannotStart);
+    CloseHandle(info.hThread);
+    // Our copies of the files close now, so the program's handles are the last.
+    files.Close();
+    WaitForSingleObject(info.hProcess, INFINITE);
+    DWORD code = 0;
+    if (!GetExitCodeProcess(info.hProcess, &code)) code = 1;
+    CloseHandle(info.hProcess);
+    return int(code);
+}

@@ -1,0 +1,417 @@
+#include "exec/pipe_route.h"
+
+#include "app/errors.h"
+#include "app/event_pump.h"
+#include "app/host.h"
+#include "app/toolkit/handles.h"
+#include "app/toolkit/omdib.h"
+#include "app/window_host.h"
+#include "exec/process_wait.h"
+#include "exec/run_handover.h"
+#include "input/editor.h"
+#include "lang/shell_command.h"
+#include "screen/colours.h"
+#include "screen/screen_store.h"
+
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr DWORD kOutputPipeSize = 1 << 20;
+constexpr DWORD kInputPipeSize = 1 << 16;
+// Reads are large, so that a program that writes a lot costs few trips
+// through the system; what was read goes to the screen in slices of at most
+// kShowChunk bytes, the unit the screen's console output is written in.
+constexpr DWORD kReadChunk = 1 << 16;
+constexpr DWORD kShowChunk = 0x1FFE;
+// Reads handled in one turn before the messages get theirs.
+constexpr int kReadsPerTurn = 8;
+constexpr int kReadsAtTheEnd = 4096;
+constexpr DWORD kTickMilliseconds = 250;
+// After Ctrl-C a program gets this long to end once its pipes are closed.
+constexpr ULONGLONG kBreakGraceMilliseconds = 20 * kTickMilliseconds;
+
+class PipeRun {
+public:
+    explicit PipeRun(RunState& state) : state_(state) {}
+    PipeRun(const PipeRun&) = delete;
+    PipeRun& operator=(const PipeRun&) = delete;
+    ~PipeRun();
+
+    bool CreatePipes();
+    void ClosePipes();
+    bool Start(const wchar_t* program, const wchar_t* commandLine);
+    void Wait();
+    void Finish();
+
+private:
+    void Drain(bool everything);
+    bool TakeRead(DWORD& got);
+    void Show(const char* bytes, DWORD count);
+    bool PumpMessages();
+    void SendTypedLine();
+    void OnBreak();
+    void WaitAfterBreak();
+
+    RunState& state_;
+    UniqueHandle readEvent_;
+    PROCESS_INFORMATION info_{};
+    OVERLAPPED overlapped_{};
+    bool pending_ = false;
+    bool readOpen_ = false;
+    bool quit_ = false;
+    std::unique_ptr<char[]> buffer_ = std::make_unique<char[]>(kReadChunk);
+    std::string carry_;
+    std::wstring echo_;
+};
+
+std::wstring UniquePipeName()
+{
+    static unsigned counter = 0;
+    wchar_t pid[16], number[16], tick[24];
+    ui64tow_ex(GetCurrentProcessId(), pid, 10);
+    ui64tow_ex(++counter, number, 10);
+    ui64tow_ex(GetTickCount64(), tick, 16);
+    return std::wstring(L"\\\\.\\pipe\\ombrel-") + pid + L"-" + number + L"-" + tick;
+}
+
+UINT ActivePage() { return CodePageOf(ActiveCodePage); }
+
+// The number of leading bytes that form whole characters; a character cut
+// by the end of a read waits for the next one. Single-byte code pages never
+// cut one, so their text costs no walk.
+size_t WholeCharacters(const std::string& bytes, UINT codePage, const CPINFO& info)
+{
+    size_t n = bytes.size();
+    if (codePage == CP_UTF8) {
+        size_t back = 0;
+        while (back < 3 && back < n && (uint8_t(bytes[n - 1 - back]) & 0xC0) == 0x80) ++back;
+        if (back < n) {
+            uint8_t lead = uint8_t(bytes[n - 1 - back]);
+            size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+            if (length > back + 1) return n - back - 1;
+        }
+        return n;
+    }
+    if (info.MaxCharSize <= 1) return n;
+    bool lead[256] = {};
+    for (int r = 0; r + 1 < MAX_LEADBYTES && info.LeadByte[r]; r += 2)
+        for (int b = info.LeadByte[r]; b <= info.LeadByte[r + 1]; ++b) lead[b] = true;
+    size_t i = 0;
+    while (i < n) {
+        if (!lead[uint8_t(bytes[i])]) ++i;
+        else if (i + 1 >= n) return i;
+        else i += 2;
+    }
+    return n;
+}
+
+} // namespace
+
+PipeRun::~PipeRun()
+{
+    ClosePipes();
+    if (info_.hThread) CloseHandle(info_.hThread);
+    if (info_.hProcess) CloseHandle(info_.hProcess);
+}
+
+void PipeRun::ClosePipes()
+{
+    PipeSet& pipes = state_.Pipes;
+    if (pending_) {
+        CancelIo(pipes.ReadFromChild);
+        DWORD got = 0;
+        GetOverlappedResult(pipes.ReadFromChild, &overlapped_, &got, TRUE);
+        pending_ = false;
+    }
+    for (HANDLE* h : {&pipes.ReadFromChild, &pipes.ChildWrites, &pipes.WriteToChild, &pipes.ChildReads})
+        if (*h) {
+            CloseHandle(*h);
+            *h = nullptr;
+        }
+    readOpen_ = false;
+}
+
+bool PipeRun::CreatePipes()
+{
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    PipeSet& pipes = state_.Pipes;
+    readEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    std::wstring name = UniquePipeName();
+    // The shell's ends are made without inheritance; only the child's ends
+    // pass to the program.
+    HANDLE server = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+                                     PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT, 1, 0, kOutputPipeSize, 0, nullptr);
+    if (!readEvent_ || server == INVALID_HANDLE_VALUE) return false;
+    pipes.ReadFromChild = server;
+    HANDLE client = CreateFileW(name.c_str(), GENERIC_WRITE, 0, &inherit, OPEN_EXISTING, 0, nullptr);
+    if (client == INVALID_HANDLE_VALUE) return false;
+    pipes.ChildWrites = client;
+    if (!CreatePipe(&pipes.ChildReads, &pipes.WriteToChild, &inherit, kInputPipeSize)) return false;
+    if (!SetHandleInformation(pipes.WriteToChild, HANDLE_FLAG_INHERIT, 0)) return false;
+    overlapped_.hEvent = readEvent_.get();
+    readOpen_ = true;
+    return true;
+}
+
+bool PipeRun::Start(const wchar_t* program, const wchar_t* commandLine)
+{
+    HandedFiles files;
+    bool opened = files.Open();
+    // The program must not see the shell's messages to its helpers.
+    RemoveRunVariables();
+    if (!opened) {
+        ReportId(35);
+        ErrorLevel = 1;
+        return false;
+    }
+    STARTUPINFOW& startup = state_.Startup;
+    startup.hStdInput = files.Input ? files.Input : state_.Pipes.ChildReads;
+    startup.hStdOutput = files.Output ? files.Output : state_.Pipes.ChildWrites;
+    startup.hStdError = state_.Pipes.ChildWrites;
+    startup.dwFlags |= STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_HIDE;
+    std::wstring line = commandLine;
+    if (!CreateProcessW(program, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr, nullptr,
+                        &startup, &info_)) {
+        ReportId(8);
+        ErrorLevel = 1;
+        return false;
+    }
+    CloseHandle(state_.Pipes.ChildReads);
+    CloseHandle(state_.Pipes.ChildWrites);
+    state_.Pipes.ChildReads = state_.Pipes.ChildWrites = nullptr;
+    // Without a typist the program's input ends at once, so a program that
+    // reads never waits for lines that cannot come.
+    if (!Host->TypesToPrograms()) {
+        CloseHandle(state_.Pipes.WriteToChild);
+        state_.Pipes.WriteToChild = nullptr;
+    }
+    return true;
+}
+
+// A finished read's byte count; false when none has finished.
+bool PipeRun::TakeRead(DWORD& got)
+{
+    HANDLE pipe = state_.Pipes.ReadFromChild;
+    got = 0;
+    if (!pending_) {
+        if (!ReadFile(pipe, buffer_.get(), kReadChunk, nullptr, &overlapped_) && GetLastError() != ERROR_IO_PENDING) {
+            readOpen_ = false; // every writer has gone
+            return false;
+        }
+        pending_ = true;
+    }
+    if (!GetOverlappedResult(pipe, &overlapped_, &got, FALSE)) {
+        if (GetLastError() == ERROR_IO_INCOMPLETE) return false;
+        pending_ = false;
+        readOpen_ = false;
+        return false;
+    }
+    pending_ = false;
+    return true;
+}
+
+void PipeRun::Drain(bool everything)
+{
+    if (!readOpen_) return;
+    Host->HideCaret();
+    DWORD got = 0;
+    // Even the last drain is bounded: a program's own children may hold the
+    // pipe and go on writing after it ended.
+    int limit = everything ? kReadsAtTheEnd : kReadsPerTurn;
+    for (int reads = 0; readOpen_ && reads < limit; ++reads) {
+        if (!TakeRead(got)) break;
+        for (DWORD done = 0; done < got; done += kShowChunk)
+            Show(buffer_.get() + done, got - done < kShowChunk ? got - done : kShowChunk);
+    }
+    Host->ShowCaret();
+}
+
+void PipeRun::Show(const char* bytes, DWORD count)
+{
+    if (count == 0) return;
+    UINT codePage = ActivePage();
+    CPINFO info{};
+    if (codePage != CP_UTF8 && !GetCPInfo(codePage, &info)) info.MaxCharSize = 1;
+    carry_.append(bytes, count);
+    size_t whole = WholeCharacters(carry_, codePage, info);
+    if (whole == 0) return;
+    std::wstring text(whole + 1, L'\0');
+    int units = MultiByteToWideChar(codePage, 0, carry_.data(), int(whole), text.data(), int(whole));
+    carry_.erase(0, whole);
+    text.resize(size_t(units > 0 ? units : 0));
+    // The program's own echo of a line typed to it is shown once, by the editor.
+    if (!echo_.empty() && text.compare(0, echo_.size(), echo_) == 0) {
+        size_t skip = echo_.size();
+        if (text.compare(skip, 2, L"\r\n") == 0) skip += 2;
+        else if (text.compare(skip, 1, L"\n") == 0) skip += 1;
+        text.erase(0, skip);
+    }
+    echo_.clear();
+    // Binary output carries zero units, which would end the text early.
+    std::erase(text, L'\0');
+    TheScreen.ConsoleWrite(text.c_str(), 0, 0);
+    // A line half typed moves below the output.
+    TheScreen.EditX = TheScreen.CursorX;
+    TheScreen.EditY = TheScreen.CursorY;
+    if (TheEditor.Line[0]) TheEditor.RedrawLine();
+}
+
+void PipeRun::SendTypedLine()
+{
+    HANDLE pipe = state_.Pipes.WriteToChild;
+    std::wstring line = TheEditor.Line;
+    bool ended = TheEditor.EndOfInput != 0;
+    if (ended) TheScreen.WriteCells(L"^Z");
+    TheEditor.EndScreenLine();
+    TheEditor.EndOfInput = 0;
+    if (pipe) {
+        std::wstring sent = ended ? line : line + L"\r\n";
+        UINT codePage = ActivePage();
+        int bytes = WideCharToMultiByte(codePage, 0, sent.c_str(), int(sent.size()), nullptr, 0, nullptr, nullptr);
+        std::string narrow(size_t(bytes > 0 ? bytes : 0), '\0');
+        if (bytes > 0)
+            WideCharToMultiByte(codePage, 0, sent.c_str(), int(sent.size()), narrow.data(), bytes, nullptr, nullptr);
+        DWORD written = 0;
+        if (!narrow.empty()) WriteFile(pipe, narrow.data(), DWORD(narrow.size()), &written, nullptr);
+        echo_ = line;
+    }
+    // Ctrl-Z ends the program's input.
+    if (ended && pipe) {
+        CloseHandle(pipe);
+        state_.Pipes.WriteToChild = nullptr;
+    }
+    TheEditor.ResetLine();
+}
+
+// Keys edit the line being typed for the program; Enter sends it. False once
+// the program is ending.
+bool PipeRun::PumpMessages()
+{
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        if (msg.message == WM_QUIT) {
+            PostQuitMessage(int(msg.wParam));
+            quit_ = true;
+            return false;
+        }
+        if (msg.message == WM_KEYDOWN) {
+            TranslateMessage(&msg);
+            TheEditor.ReadEditorKey(int(msg.wParam), CurrentModifiers());
+            continue;
+        }
+        if (msg.message == WM_CHAR) {
+            if (msg.wParam == 3) {
+                TheScreen.ShowBreak();
+                TheScreen.BreakFlag = 1;
+                return true;
+            }
+            if (TheEditor.ReadEditorChar(wchar_t(msg.wParam), CurrentModifiers())) SendTypedLine();
+            continue;
+        }
+        if (msg.message == WM_KEYUP) continue;
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
+    return true;
+}
+
+void PipeRun::Wait()
+{
+    Host->Refresh();
+    Host->ShowCaret();
+    TheEditor.ResetLine();
+    InputMode = 1;
+    while (!quit_) {
+        HANDLE handles[2] = {info_.hProcess, readEvent_.get()};
+        DWORD count = pending_ ? 2 : 1;
+        // A turn that stopped at its share of reads left more waiting: look
+        // at the messages and go on at once.
+        DWORD timeout = (readOpen_ && !pending_) ? 0 : kTickMilliseconds;
+        MsgWaitForMultipleObjects(count, handles, FALSE, timeout, QS_ALLINPUT);
+        Drain(false);
+        if (!PumpMessages()) break;
+        if (!TheScreen.BreakFlag) Host->PollBreak();
+        if (TheScreen.BreakFlag) {
+            OnBreak();
+            break;
+        }
+        if (WaitForSingleObject(info_.hProcess, 0) != WAIT_TIMEOUT) {
+            // Every byte the program wrote is in the pipe by now.
+            Drain(true);
+            break;
+        }
+    }
+    InputMode = 0;
+    Host->HideCaret();
+}
+
+// The program is asked to close its window, and its pipes go: a program that
+// writes or reads then fails and ends. The shell waits a little for it.
+void PipeRun::OnBreak()
+{
+    DWORD processId = info_.dwProcessId;
+    EnumWindows(
+        [](HWND window, LPARAM id) -> BOOL {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            if (owner == DWORD(id)) PostMessageW(window, WM_CLOSE, 0, 0);
+            return TRUE;
+        },
+        LPARAM(processId));
+    ClosePipes();
+    WaitAfterBreak();
+}
+
+void PipeRun::WaitAfterBreak()
+{
+    ULONGLONG start = GetTickCount64();
+    while (GetTickCount64() - start <= kBreakGraceMilliseconds) {
+        DWORD woke = MsgWaitForMultipleObjects(1, &info_.hProcess, FALSE, kTickMilliseconds, QS_ALLINPUT);
+        if (woke == WAIT_OBJECT_0 || woke == WAIT_FAILED) return;
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            if (msg.message == WM_QUIT) {
+                PostQuitMessage(int(msg.wParam));
+                return;
+            }
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+    }
+}
+
+void PipeRun::Finish()
+{
+    ClosePipes();
+    TheScreen.Paging = 0;
+    Host->Refresh();
+    DWORD code = 0;
+    if (!GetExitCodeProcess(info_.hProcess, &code) && !GetExitCodeThread(info_.hThread, &code)) code = 0;
+    if (code == STILL_ACTIVE) {
+        TheScreen.BreakFlag = 0;
+        if (TheScreen.CursorX != 0) TheScreen.NewLine();
+        UseItem(Item::Error);
+        TheScreen.Write(L"Process still active");
+        TheScreen.NewLine();
+    }
+    ErrorLevel = int32_t(code);
+}
+
+void RunOnPipes(RunState& state, const wchar_t* program, const wchar_t* commandLine, const LaunchOptions& options)
+{
+    PipeRun run(state);
+    if (!run.CreatePipes()) {
+        // Without pipes the program still runs, in a console of its own.
+        run.ClosePipes();
+        ProcessStart start{state.Helper, commandLine, program, SW_SHOWNORMAL, false, options.SeparateVdm};
+        start.MayBackground = state.Mode != 1;
+        StartAndWait(state, start);
+        return;
+    }
+    if (!run.Start(program, commandLine)) return;
+    run.Wait();
+    run.Finish();
+}

@@ -1,0 +1,31 @@
+// The hand-over of a run: the files that the "=" variables name, opened for
+// the program to inherit as its standard handles. oms32.exe does this for a
+// program it stands in front of; the pipe route does it itself, so that a
+// captured program costs one process start, not two.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+// The value of a run variable, or empty.
+std::wstring RunVariable(const wchar_t* name);
+// Removes every run variable, so that the program never sees them.
+void RemoveRunVariables();
+
+class HandedFiles {
+public:
+    HandedFiles() = default;
+    HandedFiles(const HandedFiles&) = delete;
+    HandedFiles& operator=(const HandedFiles&) = delete;
+    ~HandedFiles() { Close(); }
+
+    // Opens "=>" (replaced), "=>>" (appended to) and "=<" as inheritable
+    // handles; false, with the name in FailedName, when one cannot be opened.
+    bool Open();
+    void Close();
+
+    HANDLE Output = nullptr; // null: the output is not redirected
+    HANDLE Input = nullptr;  // null: the input is not redirected
+    std::wstring FailedName;
+};
