@@ -74,30 +74,3 @@ inline bool WriteText(const std::wstring& path, const std::string& text)
     CloseHandle(h);
     return ok;
 }
-
-// Runs a command line with its output discarded; seconds taken, or -1.
-inline double TimeRun(std::wstring commandLine)
-{
-    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
-    // Empty input: a question asked by mistake is answered at once.
-    HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
-                             OPEN_EXISTING, 0, nullptr);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = nul;
-    startup.hStdError = nul;
-    startup.hStdInput = nul;
-    PROCESS_INFORMATION process{};
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    BOOL ok = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
-                             &startup, &process);
-    if (nul != INVALID_HANDLE_VALUE) CloseHandle(nul);
-    if (!ok) return -1;
-    WaitForSingleObject(process.hProcess, INFINITE);
-    QueryPerformanceCounter(&end);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return Seconds(start, end);
-}
