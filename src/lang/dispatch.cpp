@@ -53,6 +53,7 @@ const CommandEntry kCommands[] = {
     {L"dlgitem", nullptr, NeedsBatch},
     {L"dlgmenu", nullptr, NeedsBatch},
     {L"dlgshow", nullptr, NeedsBatch | WaitsForUser},
+    {L"do", CmdDo, 0},
     {L"dump", CmdDump, 0},
     {L"echo", CmdEcho, KeepsLevel},
     {L"echo.", CmdEchoDot, KeepsLevel},
@@ -65,6 +66,7 @@ const CommandEntry kCommands[] = {
     {L"filesize", CmdFilesize, KeepsLevel},
     {L"filetime", CmdFiletime, KeepsLevel},
     {L"filetype", CmdFiletype, KeepsLevel},
+    {L"for", CmdFor, KeepsLevel},
     {L"getfocus", nullptr, NeedsBatch},
     {L"getkey", CmdGetkey, KeepsLevel | WaitsForUser},
     {L"getnum", CmdGetnum, KeepsLevel | WaitsForUser},
@@ -120,10 +122,12 @@ const CommandEntry kCommands[] = {
     {L"tips", CmdTips, 0},
     {L"trace", CmdTrace, KeepsLevel},
     {L"tree", CmdTree, 0},
+    {L"until", CmdUntil, 0},
     {L"ver", CmdVer, 0},
     {L"verify", CmdVerify, 0},
     {L"vol", CmdVol, 0},
     {L"where", CmdWhere, 0},
+    {L"while", CmdWhile, 0},
     {L"xset", CmdXset, KeepsLevel},
 };
 
