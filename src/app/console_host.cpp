@@ -14,6 +14,7 @@
 namespace {
 
 volatile LONG ctrlCPending = 0;
+constexpr wchar_t kCtrlCUnit = 3;
 
 BOOL WINAPI OnConsoleControl(DWORD type)
 {
@@ -31,6 +32,7 @@ void ConsoleHost::Install()
     DWORD mode;
     interactive_ = GetConsoleMode(input_, &mode) != 0;
     consoleOutput_ = GetConsoleMode(output_, &mode) != 0;
+    inputType_ = interactive_ ? FILE_TYPE_CHAR : GetFileType(input_);
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
     Host = this;
     TheScreen.Observer = this;
@@ -67,10 +69,38 @@ int ConsoleHost::Finish(int code)
 
 void ConsoleHost::PollBreak()
 {
-    if (InterlockedExchange(&ctrlCPending, 0)) {
+    if (InterlockedExchange(&ctrlCPending, 0) || TakeTypedBreak()) {
         TheScreen.ShowBreak();
         TheScreen.BreakFlag = 1;
     }
+}
+
+// Without a console, Ctrl-C can only come as a unit of the input. It breaks a
+// running command when it is the next thing to be read, as a key pressed at
+// the console would; anything typed ahead of it keeps its turn.
+bool ConsoleHost::TakeTypedBreak()
+{
+    if (interactive_) return false;
+    if (typedPos_ < typed_.size()) {
+        if (typed_[typedPos_] != kCtrlCUnit) return false;
+        ++typedPos_;
+        return true;
+    }
+    if (pendingPos_ >= pending_.size() && !(MoreInputWaiting() && FillPending())) return false;
+    if (pending_[pendingPos_] != char(kCtrlCUnit)) return false;
+    ++pendingPos_;
+    return true;
+}
+
+// Whether reading the input now would not wait: a file never waits, a pipe
+// tells what it holds.
+bool ConsoleHost::MoreInputWaiting() const
+{
+    if (inputEnded_) return false;
+    if (inputType_ == FILE_TYPE_DISK) return true;
+    DWORD available = 0;
+    return inputType_ == FILE_TYPE_PIPE && PeekNamedPipe(input_, nullptr, 0, nullptr, &available, nullptr) &&
+           available > 0;
 }
 
 bool ConsoleHost::FillPending()

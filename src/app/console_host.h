@@ -1,6 +1,7 @@
 // The console host: standard output receives every screen line, standard input
 // gives lines and keys. At the end of input every wait is answered with
-// Ctrl-C, so a script can never leave the program hanging.
+// Ctrl-C, so a script can never leave the program hanging; a Ctrl-C unit
+// next in a piped input breaks a running command as the key would.
 //
 // Typed lines go through the same line editor as in the window, one unit at
 // a time and Enter at each line end, so groups of lines and "More? " behave
@@ -57,6 +58,8 @@ private:
     // end of input.
     bool NextUnit(InputWait wait, wchar_t& unit);
     bool FillTyped();
+    bool TakeTypedBreak();
+    bool MoreInputWaiting() const;
     bool FillPending();
     bool ReadRawLine(std::string& line);
     bool ReadConsoleLine(std::wstring& line);
@@ -67,6 +70,7 @@ private:
     void* input_ = nullptr;
     void* output_ = nullptr;
     bool interactive_ = false;
+    unsigned long inputType_ = 0; // FILE_TYPE_* of standard input
     bool consoleOutput_ = false;
     bool exitRequested_ = false;
     bool inputEnded_ = false;
