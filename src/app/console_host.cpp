@@ -5,6 +5,7 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
+#include "input/input_links.h"
 #include "lang/batch_program.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
@@ -14,6 +15,8 @@
 namespace {
 
 volatile LONG ctrlCPending = 0;
+// Typed lines go into the history, so `history` lists them.
+InputLinks consoleLinks;
 
 BOOL WINAPI OnConsoleControl(DWORD type)
 {
@@ -33,6 +36,7 @@ void ConsoleHost::Install()
     consoleOutput_ = GetConsoleMode(output_, &mode) != 0;
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
     Host = this;
+    Links = &consoleLinks;
     TheScreen.Observer = this;
     TraceViewer = &traceView_;
 }

@@ -5,6 +5,7 @@
 #include "app/errors.h"
 #include "app/profile/profile.h"
 #include "input/editor.h"
+#include "input/history.h"
 #include "input/prompt.h"
 #include "input/unix_mode.h"
 #include "lang/shell_command.h"
@@ -16,6 +17,8 @@ ShellCommand TheShell;
 PromptState ThePrompt;
 ErrorReporter TheErrors;
 UnixMode TheUnixMode;
+// The editor's history comes with it, loaded from the store.
+HistoryList TheHistory;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
 ScreenView TheView;

@@ -4,7 +4,7 @@
 #include "app/globals.h"
 #include "app/main_window.h"
 #include "input/editor.h"
-#include "input/editor_links.h"
+#include "input/input_links.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
 
@@ -39,8 +39,8 @@ void Suspend()
     if (got == 0) PostQuitMessage(int(msg.wParam));
 }
 
-// The clipboard for the editor's paste keys.
-class WindowLinks : public EditorLinks {
+// The clipboard for the editor's paste keys, on top of history and completion.
+class WindowLinks : public InputLinks {
 public:
     bool ClipboardText(std::wstring& text) override
     {

@@ -10,6 +10,7 @@
 #include "app/window_host.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
+#include "input/history_window.h"
 
 #include <commctrl.h>
 
@@ -107,6 +108,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     LoadCharSplit();
     ShowWindow(MainWindow, showCommand);
     UpdateWindow(MainWindow);
+    RestoreHistoryWindow();
     SetTimer(MainWindow, 300, 250, nullptr);
 
     StartupArgs args = ParseStartupArgs(arguments);

@@ -22,6 +22,7 @@ void CmdGetstr();
 void CmdGosub();
 void CmdGoto();
 void CmdHelp();
+void CmdHistory();
 void CmdIf();
 void CmdLet();
 void CmdLocate();

@@ -58,6 +58,8 @@ const CommandEntry kCommands[] = {
     {L"gray", nullptr, NeedsBatch},
     {L"grey", nullptr, NeedsBatch},
     {L"help", CmdHelp, 0},
+    {L"his", CmdHistory, 0},
+    {L"history", CmdHistory, 0},
     {L"if", CmdIf, 0},
     {L"ischecked", nullptr, NeedsBatch},
     {L"isenabled", nullptr, NeedsBatch},
