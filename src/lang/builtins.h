@@ -10,6 +10,8 @@ void CmdCall();
 void CmdCallproc();
 void CmdColour();
 void CmdData();
+void CmdDescribe();
+void CmdDir();
 void CmdEcho();
 void CmdEchoDot();
 void CmdEnd();

@@ -35,6 +35,8 @@ const CommandEntry kCommands[] = {
     {L"color", CmdColour, 0},
     {L"colour", CmdColour, 0},
     {L"data", CmdData, KeepsLevel},
+    {L"describe", CmdDescribe, 0},
+    {L"dir", CmdDir, 0},
     {L"dlgbox", nullptr, NeedsBatch},
     {L"dlgend", nullptr, NeedsBatch},
     {L"dlgendall", nullptr, NeedsBatch},
