@@ -4,6 +4,7 @@
 // destructors free memory only; nothing is saved there.
 #include "app/errors.h"
 #include "app/profile/profile.h"
+#include "input/completion.h"
 #include "input/editor.h"
 #include "input/history.h"
 #include "input/prompt.h"
@@ -19,6 +20,7 @@ ErrorReporter TheErrors;
 UnixMode TheUnixMode;
 // The editor's history comes with it, loaded from the store.
 HistoryList TheHistory;
+TabSettings TheTabSettings;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
 ScreenView TheView;

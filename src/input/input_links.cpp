@@ -1,5 +1,6 @@
 #include "input/input_links.h"
 
+#include "input/completion.h"
 #include "input/editor.h"
 #include "input/history.h"
 #include "input/history_window.h"
@@ -24,3 +25,5 @@ const wchar_t* InputLinks::RecallHistory(HistoryMove move)
 void InputLinks::HistoryWindowToFront() { ::HistoryWindowToFront(); }
 
 void InputLinks::EnableHistoryList(bool enable) { EnableHistoryWindow(enable); }
+
+void InputLinks::CompleteTab() { ::CompleteTab(); }

@@ -13,4 +13,5 @@ public:
     const wchar_t* RecallHistory(HistoryMove move) override;
     void HistoryWindowToFront() override;
     void EnableHistoryList(bool enable) override;
+    void CompleteTab() override;
 };

@@ -142,6 +142,8 @@ std::span<const CommandEntry> CommandTable() { return kCommands; }
 
 std::span<const wchar_t* const> HelpNames() { return kHelpNames; }
 
+std::span<const wchar_t* const> OfferedHelpNames() { return std::span(kHelpNames).first(kHelpNamesWalked); }
+
 const CommandEntry* FindCommand(const wchar_t* word)
 {
     CommandEntry key{word, nullptr, 0};
