@@ -5,6 +5,7 @@
 #include "app/run_line.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
+#include "input/input_links.h"
 #include "lang/batch_program.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
@@ -15,6 +16,9 @@ namespace {
 
 volatile LONG ctrlCPending = 0;
 constexpr wchar_t kCtrlCUnit = 3;
+
+// Typed lines go into the history, so `history` lists them.
+InputLinks consoleLinks;
 
 BOOL WINAPI OnConsoleControl(DWORD type)
 {
@@ -35,6 +39,7 @@ void ConsoleHost::Install()
     inputType_ = interactive_ ? FILE_TYPE_CHAR : GetFileType(input_);
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
     Host = this;
+    Links = &consoleLinks;
     TheScreen.Observer = this;
     TraceViewer = &traceView_;
 }

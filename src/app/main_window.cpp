@@ -10,6 +10,7 @@
 #include "bars/status_bar.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
+#include "input/history.h"
 #include "lang/shell_command.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
@@ -246,6 +247,7 @@ void SaveSession()
         ProfileWriteInt(L"Ombrel", L"ScreenHeight", ScreenHeight);
     }
     ProfileWriteInt(L"Ombrel", L"Line", TheShell.StatementCounter);
+    TheHistory.HistorySave();
 }
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

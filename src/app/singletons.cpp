@@ -5,7 +5,9 @@
 #include "app/errors.h"
 #include "app/profile/profile.h"
 #include "bars/status_bar.h"
+#include "input/completion.h"
 #include "input/editor.h"
+#include "input/history.h"
 #include "input/prompt.h"
 #include "input/unix_mode.h"
 #include "lang/shell_command.h"
@@ -18,6 +20,9 @@ StatusBar TheStatusBar;
 PromptState ThePrompt;
 ErrorReporter TheErrors;
 UnixMode TheUnixMode;
+// The editor's history comes with it, loaded from the store.
+HistoryList TheHistory;
+TabSettings TheTabSettings;
 CommandLineEditor TheEditor;
 ScreenStore TheScreen;
 ScreenView TheView;

@@ -5,7 +5,7 @@
 #include "app/main_window.h"
 #include "app/window_mouse.h"
 #include "input/editor.h"
-#include "input/editor_links.h"
+#include "input/input_links.h"
 #include "screen/pager.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
@@ -43,8 +43,8 @@ void Suspend()
     if (got == 0) PostQuitMessage(int(msg.wParam));
 }
 
-// The clipboard, the selection and the history view for the editor's keys.
-class WindowLinks : public EditorLinks {
+// The clipboard for the editor's paste keys, on top of history and completion.
+class WindowLinks : public InputLinks {
 public:
     void MoveView(ViewMove move) override
     {

@@ -13,6 +13,7 @@
 #include "bars/status_bar.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
+#include "input/history_window.h"
 #include "lang/directories.h"
 
 #include <commctrl.h>
@@ -112,6 +113,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     if (ProfileReadInt(L"StatusBar", L"Display", 0)) TheStatusBar.Show();
     ShowWindow(MainWindow, showCommand);
     UpdateWindow(MainWindow);
+    RestoreHistoryWindow();
     SetTimer(MainWindow, 300, 250, nullptr);
 
     StartupArgs args = ParseStartupArgs(arguments);

@@ -26,6 +26,8 @@ std::span<const CommandEntry> CommandTable();
 const CommandEntry* FindCommand(const wchar_t* word);
 // The names that help and command completion offer, in their own order.
 std::span<const wchar_t* const> HelpNames();
+// The part of them that help and completion actually walk.
+std::span<const wchar_t* const> OfferedHelpNames();
 
 // Runs word as a built-in; false when it is none (the caller tries a program).
 bool DispatchBuiltin(BatchProgram* batch, const wchar_t* word);

@@ -1,0 +1,132 @@
+// Where completion candidates come from: directory entries, built-in
+// command names, programs on PATH and registered applications.
+#include "input/completion.h"
+
+#include "app/profile/settings_table.h"
+#include "app/toolkit/omdib.h"
+#include "files/file_walker.h"
+#include "lang/dispatch.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+std::wstring UpperKey(const std::wstring& name)
+{
+    std::wstring key = name;
+    for (wchar_t& unit : key) unit = ToUpperUnit(unit);
+    return key;
+}
+
+bool StartsWithI(const wchar_t* text, const wchar_t* prefix)
+{
+    for (; *prefix; ++text, ++prefix)
+        if (ToUpperUnit(*text) != ToUpperUnit(*prefix)) return false;
+    return true;
+}
+
+int Group(const TabCandidate& candidate)
+{
+    if (candidate.Attributes == kCommandMark) return 0;
+    return (candidate.Attributes & FILE_ATTRIBUTE_DIRECTORY) ? 1 : 2;
+}
+
+// Applications registered under App Paths whose key begins with the pattern,
+// names a program (.EXE) and has a path as its default value.
+void AddRegisteredApplications(CandidateList& list, const wchar_t* pattern)
+{
+    HKEY paths;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths", 0,
+                      KEY_READ, &paths) != ERROR_SUCCESS)
+        return;
+    wchar_t name[kPathMax];
+    for (DWORD i = 0;; ++i) {
+        DWORD length = kPathMax;
+        if (RegEnumKeyExW(paths, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+        if (!StartsWithI(name, pattern) || !lstrstriW(name, L".EXE")) continue;
+        wchar_t target[kPathMax];
+        LONG bytes = sizeof target;
+        if (RegQueryValueW(paths, name, target, &bytes) == ERROR_SUCCESS && target[0]) list.AddCommand(name);
+    }
+    RegCloseKey(paths);
+}
+
+} // namespace
+
+TabSettings::TabSettings()
+    : ShortTabs(SettingInt(L"Ombrel", L"ShortTabs")), AutoDir(SettingInt(L"Ombrel", L"AutoDir")),
+      MapTabs(SettingInt(L"Ombrel", L"MapTabs")), IncHidden(SettingInt(L"Ombrel", L"IncHidden"))
+{
+}
+
+void CandidateList::Clear()
+{
+    Items.clear();
+    commandKeys_.clear();
+    Longest = 0;
+}
+
+void CandidateList::Add(const wchar_t* name, DWORD attributes)
+{
+    Items.push_back({name, attributes});
+    Longest = std::max(Longest, int(Items.back().Name.size()));
+}
+
+void CandidateList::AddCommand(const wchar_t* name)
+{
+    std::wstring shown = name;
+    shown = shown.substr(0, shown.find(L'.'));
+    if (!commandKeys_.insert(UpperKey(shown)).second) return;
+    Add(shown.c_str(), kCommandMark);
+}
+
+void CandidateList::Sort()
+{
+    std::vector<std::pair<std::wstring, size_t>> keys;
+    keys.reserve(Items.size());
+    for (size_t i = 0; i < Items.size(); ++i)
+        keys.emplace_back(wchar_t(L'0' + Group(Items[i])) + UpperKey(Items[i].Name), i);
+    std::sort(keys.begin(), keys.end());
+    std::vector<TabCandidate> sorted;
+    sorted.reserve(Items.size());
+    for (const auto& key : keys) sorted.push_back(std::move(Items[key.second]));
+    Items = std::move(sorted);
+}
+
+void CandidateList::AddCommands(const wchar_t* pattern, bool firstColumn)
+{
+    for (const wchar_t* name : OfferedHelpNames())
+        if (StartsWithI(name, pattern)) AddCommand(name);
+    AddPathPrograms(pattern);
+    if (firstColumn) AddRegisteredApplications(*this, pattern);
+}
+
+void CandidateList::AddFiles(const wchar_t* pattern, DWORD mask)
+{
+    if (TheWalker.WalkFiles(pattern, mask)) return;
+    Items.reserve(Items.size() + size_t(TheWalker.count));
+    for (int i = 0; i < TheWalker.count; ++i) {
+        const FileEntry& entry = *TheWalker.entries[i];
+        if (!IsDotName(entry.cFileName)) Add(entry.cFileName, entry.dwFileAttributes);
+    }
+}
+
+void CandidateList::AddPathPrograms(const wchar_t* pattern)
+{
+    wchar_t path[kLineMax];
+    DWORD length = GetEnvironmentVariableW(L"PATH", path, kLineMax);
+    if (length == 0 || length >= DWORD(kLineMax)) return;
+    TheWalker.count = 0;
+    for (const wchar_t* start = path; *start;) {
+        const wchar_t* end = start;
+        while (*end && *end != L';') ++end;
+        std::wstring directory(start, size_t(end - start));
+        start = *end ? end + 1 : end;
+        if (!directory.empty() && directory.back() == L'\\') directory.pop_back();
+        if (directory.empty()) continue;
+        for (const wchar_t* extension : {L"*.EXC", L"*.COM", L"*.EXE", L"*.CMD", L"*.BAT", L"*.WBT"})
+            TheWalker.WalkBaseNames((directory + L"\\" + pattern + extension).c_str());
+    }
+    for (int i = 0; i < TheWalker.count; ++i) AddCommand(TheWalker.entries[i]->cFileName);
+}
