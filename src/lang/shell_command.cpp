@@ -108,6 +108,10 @@ void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source)
 void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
 {
     TheErrors.ErrorFlag = 0;
+    if (!MayRedirect(CommandArgs.WholeLine)) {
+        RunOneCommand(batch, source);
+        return;
+    }
     StatementRedirects redirects;
     // The stage text lives in the splitter's buffer, which the scan rewrites.
     int more = redirects.Scan(const_cast<wchar_t*>(CommandArgs.WholeLine));
