@@ -99,6 +99,12 @@ std::vector<FaultCase> Cases()
          kRefused,
          {{L"ro.txt", "ro\r\n"}}},
         {"5 full table before a pipe", {}, {}, ManyAppends(L"echo x", L"|rem"), kRefused, {}},
+        {"7 odd UTF-16 file",
+         {{L"u.txt", wideStart}},
+         {},
+         L"echo c>>u.txt",
+         L"",
+         {{L"u.txt", std::string("\xFF\xFE" "a\0b\0c\0\r\0\n\0", 12)}}},
     };
 }
 
