@@ -105,6 +105,12 @@ std::vector<FaultCase> Cases()
          L"echo c>>u.txt",
          L"",
          {{L"u.txt", std::string("\xFF\xFE" "a\0b\0c\0\r\0\n\0", 12)}}},
+        {"8 code-page input",
+         {{L"in.txt", "caf\xE9\r\n"}},
+         {},
+         L"getstr<in.txt&echo [%getstr%]",
+         L"[caf" + OemText("\xE9") + L"]\n",
+         {{L"in.txt", "caf\xE9\r\n"}}},
     };
 }
 
