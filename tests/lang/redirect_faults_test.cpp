@@ -111,6 +111,8 @@ std::vector<FaultCase> Cases()
          L"getstr<in.txt&echo [%getstr%]",
          L"[caf" + OemText("\xE9") + L"]\n",
          {{L"in.txt", "caf\xE9\r\n"}}},
+        {"9 real overflow", {}, {}, L"calc ?1e308*10", L"Floating point error\n\n", {}},
+        {"9 real overflow in let", {}, {}, L"let r=-1e308-1e308 & echo [%r%]", L"Floating point error\n\n[]\n", {}},
     };
 }
 
