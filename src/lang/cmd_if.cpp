@@ -5,6 +5,7 @@
 #include "app/toolkit/omdib.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "lang/expr.h"
 #include "lang/shell_command.h"
 #include "lang/variables.h"
@@ -84,8 +85,7 @@ bool VariableDefined(const wchar_t* name)
     if (!*name) return false;
     wchar_t resolved[kValueMax];
     ResolveSubscripts(name, resolved, kValueMax);
-    wchar_t value[2];
-    return GetEnvironmentVariableW(resolved, value, 2) > 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;
+    return *resolved && FindEnvironment(resolved) != nullptr;
 }
 
 // "(" expression ")" rest: an integer is true when its low 32 bits are not 0.
