@@ -8,6 +8,7 @@
 #include "app/startup_args.h"
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
+#include "screen/colours.h"
 #include "dialogs/trace_dialog.h"
 #include "input/editor.h"
 
@@ -99,6 +100,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
 
     MainWindow = CreateMainWindow(instance);
     if (!MainWindow) return 0;
+    LimitPaletteToDisplay();
     WindowHost host;
     host.Install();
     TraceDialog traceDialog;

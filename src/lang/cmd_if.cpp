@@ -259,7 +259,7 @@ wchar_t* ChooseStatement(Condition& c)
 void CmdIf()
 {
     // Room behind the text: parsing the chosen statement may widen it.
-    auto text = std::make_unique<wchar_t[]>(2 * kLineMax);
+    auto text = std::make_unique_for_overwrite<wchar_t[]>(2 * kLineMax);
     CopyCutW(text.get(), CommandArgs.Tail, kLineMax);
     Condition condition;
     ReadCondition(text.get(), condition);
