@@ -256,11 +256,7 @@ bool ConsoleTraceView::Open(const std::wstring& title)
     return true;
 }
 
-void ConsoleTraceView::FillList(const std::vector<BatchLine>& lines)
-{
-    lines_.clear();
-    for (const BatchLine& line : lines) lines_.push_back(line.Raw);
-}
+void ConsoleTraceView::FillList(const std::vector<std::wstring>& lines) { lines_ = lines; }
 
 void ConsoleTraceView::Highlight(int index)
 {

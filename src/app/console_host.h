@@ -23,7 +23,7 @@ class ConsoleTraceView : public TraceView {
 public:
     bool Open(const std::wstring& title) override;
     void Close() override {}
-    void FillList(const std::vector<BatchLine>& lines) override;
+    void FillList(const std::vector<std::wstring>& lines) override;
     void Highlight(int index) override;
     void ShowStage(const wchar_t* expanded, const wchar_t* source) override;
     void EnableStepping(bool) override {}

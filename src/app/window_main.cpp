@@ -15,6 +15,7 @@
 #include "input/editor.h"
 #include "input/history_window.h"
 #include "lang/directories.h"
+#include "screen/colours.h"
 
 #include <commctrl.h>
 
@@ -104,6 +105,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
 
     MainWindow = CreateMainWindow(instance);
     if (!MainWindow) return 0;
+    LimitPaletteToDisplay();
     WindowHost host;
     host.Install();
     TraceDialog traceDialog;

@@ -75,14 +75,14 @@ void TraceDialog::Close()
     if (MainWindow) SetFocus(MainWindow);
 }
 
-void TraceDialog::FillList(const std::vector<BatchLine>& lines)
+void TraceDialog::FillList(const std::vector<std::wstring>& lines)
 {
     if (!window_) return;
     HWND list = GetDlgItem(window_, kLines);
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
-    for (const BatchLine& line : lines)
-        SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.Raw.c_str()));
+    for (const std::wstring& line : lines)
+        SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(list, nullptr, TRUE);
     highlight_ = -1;

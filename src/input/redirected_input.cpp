@@ -1,5 +1,7 @@
 #include "input/redirected_input.h"
 
+#include "app/toolkit/omdib.h"
+
 bool RedirectedInput::Open(const wchar_t* fileName)
 {
     Close();
@@ -24,6 +26,7 @@ void RedirectedInput::Close()
     file_ = INVALID_HANDLE_VALUE;
     encoding_ = NoData;
     filled_ = position_ = 0;
+    pendingUnit_ = 0;
 }
 
 bool RedirectedInput::NextByte(uint8_t& byte)
@@ -43,10 +46,7 @@ bool RedirectedInput::NextUnit(wchar_t& unit)
     if (!IsOpen()) return false;
     uint8_t low = 0, high = 0;
     switch (encoding_) {
-    case Narrow:
-        if (!NextByte(low)) return false;
-        unit = wchar_t(int16_t(int8_t(low)));
-        return true;
+    case Narrow: return NextNarrowUnit(unit);
     case Wide:
     case Swapped:
         if (!NextByte(low) || !NextByte(high)) return false;
@@ -54,4 +54,40 @@ bool RedirectedInput::NextUnit(wchar_t& unit)
         return true;
     default: unit = 0x1A; return true;
     }
+}
+
+// A character of the code page may take more than one byte: a lead byte of a
+// double-byte page takes one more, and UTF-8 up to four, which may give two
+// units. A sequence cut short is converted as far as it goes.
+bool RedirectedInput::NextNarrowUnit(wchar_t& unit)
+{
+    if (pendingUnit_) {
+        unit = pendingUnit_;
+        pendingUnit_ = 0;
+        return true;
+    }
+    uint8_t bytes[4];
+    if (!NextByte(bytes[0])) return false;
+    if (bytes[0] < 0x80) {
+        unit = bytes[0];
+        return true;
+    }
+    UINT codePage = CodePageOf(ActiveCodePage);
+    int length = 1;
+    if (codePage == CP_UTF8) length = bytes[0] >= 0xF0 ? 4 : bytes[0] >= 0xE0 ? 3 : bytes[0] >= 0xC0 ? 2 : 1;
+    else if (IsDBCSLeadByteEx(codePage, bytes[0])) length = 2;
+    int got = 1;
+    while (got < length && NextByte(bytes[got])) {
+        // In UTF-8 a byte that continues nothing starts the next character.
+        if (codePage == CP_UTF8 && (bytes[got] & 0xC0) != 0x80) {
+            --position_;
+            break;
+        }
+        ++got;
+    }
+    wchar_t units[2] = {0xFFFD, 0};
+    int n = MultiByteToWideChar(codePage, 0, reinterpret_cast<const char*>(bytes), got, units, 2);
+    unit = n > 0 ? units[0] : wchar_t(0xFFFD);
+    if (n == 2) pendingUnit_ = units[1];
+    return true;
 }

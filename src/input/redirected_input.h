@@ -25,17 +25,19 @@ public:
     // The open file, for a reader that takes the input whole (more).
     HANDLE Handle() const { return file_; }
 
-    // The next unit by the file's encoding: a narrow byte is widened with its
-    // sign, as the system always did; no data reads as Ctrl-Z. False at the
-    // end of the file.
+    // The next unit by the file's encoding: narrow text is read through the
+    // active code page, so a byte above 0x7F is the character it stands for;
+    // no data reads as Ctrl-Z. False at the end of the file.
     bool NextUnit(wchar_t& unit);
 
 private:
     bool NextByte(uint8_t& byte);
+    bool NextNarrowUnit(wchar_t& unit);
 
     HANDLE file_ = INVALID_HANDLE_VALUE;
     int encoding_ = NoData;
     uint8_t buffer_[4096] = {};
     DWORD filled_ = 0;
     DWORD position_ = 0;
+    wchar_t pendingUnit_ = 0; // the second half of a surrogate pair
 };

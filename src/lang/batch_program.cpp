@@ -5,6 +5,7 @@
 #include "app/host.h"
 #include "app/toolkit/omdib.h"
 #include "app/run_line.h"
+#include "app/toolkit/handles.h"
 #include "lang/command_args.h"
 #include "lang/expand.h"
 #include "lang/group_join.h"
@@ -15,26 +16,68 @@
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace {
 
 constexpr int kLongestLine = kLineMax - 1;
 
-bool StartsWithWordI(const std::wstring& text, const wchar_t* word)
+bool StartsWithWordI(const wchar_t* text, const wchar_t* word)
 {
-    size_t n = size_t(lstrlenW(word));
-    if (text.size() < n) return false;
-    for (size_t i = 0; i < n; ++i)
-        if (ToLowerUnit(text[i]) != word[i]) return false;
-    return text.size() == n || IsWhite(text[n]);
+    for (; *word; ++text, ++word)
+        if (ToLowerUnit(*text) != *word) return false;
+    return *text == 0 || IsWhite(*text);
 }
 
-// The word that starts at position from, up to white space.
-std::wstring WordAt(const std::wstring& text, size_t from)
+// The word that starts at text, after white space.
+std::wstring WordAt(const wchar_t* text)
 {
-    const wchar_t* start = SkipWhiteW(text.c_str() + std::min(from, text.size()));
+    const wchar_t* start = SkipWhiteW(text);
     return std::wstring(start, SkipAlphaW(start));
+}
+
+// Labels and procedure names are found case-blind.
+std::wstring LowerKey(std::wstring name)
+{
+    if (!name.empty()) CharLowerBuffW(name.data(), DWORD(name.size()));
+    return name;
+}
+
+bool IsProcedureStart(const wchar_t* text) { return StartsWithWordI(text, L"proc") && !WordAt(text + 4).empty(); }
+
+// Upper bounds for the loader's tables from one quick pass over the bytes:
+// the lines, and the units of text without their line ends. Reserving them
+// keeps the tables from being copied as they grow.
+struct LoadEstimate {
+    size_t Lines = 1;
+    size_t Units = 1;
+};
+
+LoadEstimate EstimateLoad(const wchar_t* path, int32_t encoding)
+{
+    LoadEstimate estimate;
+    UniqueFile file(CreateFileW(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) return estimate;
+    bool wide = encoding == Utf16LE || encoding == Utf16BE;
+    size_t low = encoding == Utf16BE ? 1 : 0; // the byte of a unit that holds CR or LF
+    std::vector<unsigned char> chunk(size_t(1) << 16);
+    uint64_t bytes = 0, ends = 0, returns = 0;
+    DWORD got = 0;
+    while (ReadFile(file.get(), chunk.data(), DWORD(chunk.size()), &got, nullptr) && got > 0) {
+        for (DWORD i = 0; i < got; ++i) {
+            unsigned char b = chunk[i];
+            if (wide && (bytes + i) % 2 != low) continue;
+            if (b == '\n') ++ends;
+            else if (b == '\r') ++returns;
+        }
+        bytes += got;
+    }
+    uint64_t units = wide ? bytes / 2 : bytes;
+    estimate.Lines = size_t(ends + 1);
+    estimate.Units = size_t(units - std::min(units, ends + returns) + ends + 1);
+    return estimate;
 }
 
 } // namespace
@@ -56,48 +99,91 @@ bool BatchProgram::Load(const wchar_t* path)
     stream.ReportErrors = 1;
     if (!stream.Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING)) return false;
     if (stream.SniffEncoding() == NotText) return false;
+    LoadEstimate estimate = EstimateLoad(path, stream.Encoding);
+    starts_.reserve(estimate.Lines);
+    text_.reserve(estimate.Units);
     // A physical line longer than the longest allowed is still read whole
     // enough to be recognised as too long.
     stream.LineCapacity = kLineMax;
-    std::vector<std::wstring> raw;
-    while (const wchar_t* line = stream.ReadLine()) raw.emplace_back(line);
-    return Analyse(raw);
+    while (const wchar_t* line = stream.ReadLine()) {
+        // Line starts are 32 bits: text beyond that is more than memory holds.
+        if (text_.size() >= UINT32_MAX - size_t(kLineMax)) {
+            ReportId(13);
+            return false;
+        }
+        starts_.push_back(uint32_t(text_.size()));
+        text_.append(line);
+        text_.push_back(0);
+    }
+    return Analyse();
 }
 
 // Joins the lines of open groups, and finds labels and procedures, once.
-bool BatchProgram::Analyse(std::vector<std::wstring>& raw)
+bool BatchProgram::Analyse()
 {
-    Lines.assign(raw.size(), BatchLine());
-    for (size_t i = 0; i < raw.size(); ++i) Lines[i].Raw = raw[i];
+    int count = LineCount();
+    swallowed_.assign(size_t(count), false);
     auto joiner = std::make_unique<GroupJoiner>();
-    for (size_t i = 0; i < raw.size(); ++i) {
-        if (IsBlankLine(raw[i].c_str())) continue;
-        size_t first = i;
+    for (int i = 0; i < count; ++i) {
+        if (IsBlankLine(RawLine(i))) continue;
+        int first = i;
         joiner->Clear();
         for (;;) {
-            GroupJoiner::Result joined = int(raw[i].size()) > kLongestLine ? GroupJoiner::Result::TooLong
-                                                                          : joiner->Add(raw[i].c_str());
+            GroupJoiner::Result joined =
+                lstrlenW(RawLine(i)) > kLongestLine ? GroupJoiner::Result::TooLong : joiner->Add(RawLine(i));
             if (joined == GroupJoiner::Result::TooLong) {
                 ReportId(59);
                 return false;
             }
             if (joined == GroupJoiner::Result::Complete) break;
             do ++i;
-            while (i < raw.size() && IsBlankLine(raw[i].c_str()));
-            if (i >= raw.size()) {
+            while (i < count && IsBlankLine(RawLine(i)));
+            if (i >= count) {
                 ReportId(38);
                 return false;
             }
         }
-        BatchLine& line = Lines[first];
-        line.Joined = joiner->Text();
-        line.Runs = true;
-        const std::wstring& text = line.Joined;
-        if (text.size() > 1 && text[0] == L':' && !IsWhite(text[1])) line.Label = WordAt(text, 1);
-        if (StartsWithWordI(text, L"proc")) line.Procedure = WordAt(text, 4);
-        if (StartsWithWordI(text, L"endproc")) line.EndOfProcedure = true;
+        if (i > first) joined_.emplace(first, joiner->Text());
+        for (int swallowed = first + 1; swallowed <= i; ++swallowed) swallowed_[size_t(swallowed)] = true;
+        const wchar_t* text = RunText(first);
+        // The first line of a name wins.
+        if (text[0] == L':' && text[1] && !IsWhite(text[1])) {
+            std::wstring label = WordAt(text + 1);
+            if (!label.empty()) labels_.emplace(LowerKey(std::move(label)), first);
+        }
+        if (IsProcedureStart(text)) procedures_.emplace(LowerKey(WordAt(text + 4)), first);
     }
     return true;
+}
+
+const wchar_t* BatchProgram::RunText(int index) const
+{
+    if (swallowed_[size_t(index)]) return nullptr;
+    const wchar_t* raw = RawLine(index);
+    if (IsBlankLine(raw)) return nullptr;
+    if (joined_.empty()) return raw;
+    auto group = joined_.find(index);
+    return group == joined_.end() ? raw : group->second.c_str();
+}
+
+std::vector<std::wstring> BatchProgram::RawLines() const
+{
+    std::vector<std::wstring> lines;
+    lines.reserve(starts_.size());
+    for (int i = 0; i < LineCount(); ++i) lines.emplace_back(RawLine(i));
+    return lines;
+}
+
+bool BatchProgram::EndsProcedure(int index) const
+{
+    const wchar_t* text = RunText(index);
+    return text && StartsWithWordI(text, L"endproc");
+}
+
+int BatchProgram::FindProcedure(const wchar_t* name) const
+{
+    auto found = procedures_.find(LowerKey(name));
+    return found == procedures_.end() ? -1 : found->second;
 }
 
 const wchar_t* BatchProgram::Parameter(int n) const
@@ -124,66 +210,71 @@ void BatchProgram::Shift(int n)
     slots.emplace_back();
 }
 
-const std::wstring* BatchProgram::FetchLine()
+const wchar_t* BatchProgram::FetchLine()
 {
     int start = NextLine;
-    while (NextLine < int(Lines.size()) && !Lines[size_t(NextLine)].Runs) ++NextLine;
-    if (NextLine >= int(Lines.size())) return nullptr;
-    // A procedure's body runs only through callproc: in sequence it is skipped.
-    if (!Lines[size_t(NextLine)].Procedure.empty()) {
+    for (;;) {
+        const wchar_t* text = nullptr;
+        while (NextLine < LineCount() && !(text = RunText(NextLine))) ++NextLine;
+        if (NextLine >= LineCount()) return nullptr;
+        if (!IsProcedureStart(text)) {
+            ++NextLine;
+            return text;
+        }
+        // A procedure's body runs only through callproc: in sequence it is skipped.
         int end = NextLine + 1;
-        while (end < int(Lines.size()) && !(Lines[size_t(end)].Runs && Lines[size_t(end)].EndOfProcedure)) ++end;
-        if (end >= int(Lines.size())) {
+        while (end < LineCount() && !EndsProcedure(end)) ++end;
+        if (end >= LineCount()) {
             NextLine = start;
             ReportId(85);
             return nullptr;
         }
         NextLine = end + 1;
-        return FetchLine();
     }
-    return &Lines[size_t(NextLine++)].Joined;
 }
 
-void BatchProgram::RunLine(const std::wstring& text)
+void BatchProgram::RunLine(const wchar_t* text)
 {
     TheScreen.PollBreak();
-    bool silent = !text.empty() && text[0] == L'@';
-    auto expanded = std::make_unique<wchar_t[]>(kLineMax);
-    ExpandBatchLine(*this, text.c_str() + (silent ? 1 : 0), expanded.get(), kLineMax);
+    bool silent = text[0] == L'@';
+    // One buffer serves every line: the splitter copies the line before any
+    // statement runs, so a procedure's lines may use it again.
+    if (!expanded_) expanded_ = std::make_unique<wchar_t[]>(kLineMax);
+    ExpandBatchLine(*this, text + (silent ? 1 : 0), expanded_.get(), kLineMax);
     Jumped = 0;
     // Every caller has just fetched the line, so it stands before NextLine.
     // Its statements are shown to the trace with the line as read, not as
     // joined with the rest of its group.
-    const std::wstring& raw = Lines[size_t(NextLine - 1)].Raw;
+    const wchar_t* raw = RawLine(NextLine - 1);
     TraceHighlightLine(NextLine - 1);
-    if (!silent && TheShell.EchoOn) EchoBatchLine(expanded.get());
-    auto splitter = std::make_unique<StatementSplitter>();
-    if (!splitter->Start(expanded.get())) return;
-    while (TheShell.Terminate != 2 && splitter->Next(false)) TheShell.ExecuteStatement(this, raw.c_str());
+    if (!silent && TheShell.EchoOn) EchoBatchLine(expanded_.get());
+    SplitterLease splitter;
+    if (!splitter->Start(expanded_.get())) return;
+    while (TheShell.Terminate != 2 && splitter->Next(false)) TheShell.ExecuteStatement(this, raw);
 }
 
 void BatchProgram::Run()
 {
     Finished = 0;
-    if (!Loaded || Lines.empty()) return;
+    if (!Loaded || starts_.empty()) return;
     while (!Finished) {
-        const std::wstring* text = FetchLine();
+        const wchar_t* text = FetchLine();
         if (!text) break;
         int line = NextLine; // the fetched line's 1-based number
-        RunLine(*text);
+        RunLine(text);
         if (CheckBreak(line)) break;
-        if (NextLine >= int(Lines.size())) Finished = 1;
+        if (NextLine >= LineCount()) Finished = 1;
     }
 }
 
 bool BatchProgram::Goto(const wchar_t* label)
 {
     Jumped = 1;
-    for (size_t i = 0; i < Lines.size(); ++i)
-        if (!Lines[i].Label.empty() && lstrcmpiW(Lines[i].Label.c_str(), label) == 0) {
-            NextLine = int(i);
-            return true;
-        }
+    auto found = labels_.find(LowerKey(label));
+    if (found != labels_.end()) {
+        NextLine = found->second;
+        return true;
+    }
     MarkFinished();
     ReportId(31);
     return false;

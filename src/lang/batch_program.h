@@ -1,23 +1,22 @@
 // BatchProgram: a running batch file. The whole file is read and analysed
-// before the first line runs: groups are joined, and labels, procedure names
-// and procedure ends are found once, so goto never rescans text and a change
-// to the file does not affect the running program.
+// before the first line runs: groups are joined, and labels and procedure
+// names go into maps once, so goto never rescans text and a change to the
+// file does not affect the running program.
+//
+// The lines are kept as one text: every physical line as read, each ended by
+// a zero unit, with the start of each line in a table. A line costs its text
+// and a few bytes; only a group joined from several lines keeps a second,
+// joined text.
 #pragma once
 
 #include "lang/batch_parameters.h"
 #include "lang/data_list.h"
 
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
-
-struct BatchLine {
-    std::wstring Raw;        // as read; shown by the trace window
-    std::wstring Joined;     // what runs; empty on blank and swallowed lines
-    bool Runs = false;       // Joined holds a line to run
-    std::wstring Procedure;  // the name behind "proc" at the line's start
-    std::wstring Label;      // the name behind ":" at the line's start
-    bool EndOfProcedure = false;
-};
 
 class BatchProgram : public BatchParameters {
 public:
@@ -34,20 +33,27 @@ public:
     int NextLine = 0;
     int Jumped = 0;
     int Finished = 0;
-    std::vector<BatchLine> Lines;
     DataList Data;
     std::wstring Path;
 
     // The line loop; a program that did not load does nothing.
     void Run();
     void MarkFinished() { Finished = 1; }
+    int LineCount() const { return int(starts_.size()); }
+    // A physical line as read; the trace window shows these.
+    const wchar_t* RawLine(int index) const { return text_.c_str() + starts_[size_t(index)]; }
+    std::vector<std::wstring> RawLines() const;
+    // True when the line at index runs and begins with "endproc".
+    bool EndsProcedure(int index) const;
     // The next line to run, skipping blank lines and procedure bodies; null
     // at the end. Message 85 when a procedure has no end.
-    const std::wstring* FetchLine();
+    const wchar_t* FetchLine();
     // Expands, echoes and runs one joined line.
-    void RunLine(const std::wstring& text);
+    void RunLine(const wchar_t* text);
     // Jumps to a label; message 31 and false when there is none.
     bool Goto(const wchar_t* label);
+    // The line that defines a procedure, or -1.
+    int FindProcedure(const wchar_t* name) const;
     // Drops slot n and moves the slots above it down by one.
     void Shift(int n);
 
@@ -65,7 +71,18 @@ public:
 
 private:
     bool Load(const wchar_t* path);
-    bool Analyse(std::vector<std::wstring>& raw);
+    bool Analyse();
+    // What runs at a line: its joined group or the line itself; null for a
+    // blank line and for one that a group above swallowed.
+    const wchar_t* RunText(int index) const;
+
+    std::wstring text_;
+    std::vector<uint32_t> starts_;
+    std::vector<bool> swallowed_;                  // joined into a group begun above
+    std::unordered_map<int, std::wstring> joined_; // a group's text, by its first line
+    std::unordered_map<std::wstring, int> labels_; // lower-case name, first line that has it
+    std::unordered_map<std::wstring, int> procedures_;
+    std::unique_ptr<wchar_t[]> expanded_; // the expanded line, kLineMax units
 
     std::vector<std::wstring> ownParameters_;
     std::vector<std::wstring>* parameters_ = &ownParameters_;

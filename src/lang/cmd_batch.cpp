@@ -119,22 +119,14 @@ void CmdEndproc() { ReportId(88); }
 static void RunProcedureBody(BatchProgram& batch)
 {
     for (;;) {
-        const std::wstring* text = batch.FetchLine();
+        const wchar_t* text = batch.FetchLine();
         if (!text) return;
         int line = batch.NextLine;
-        if (batch.Lines[size_t(line - 1)].EndOfProcedure) return;
-        batch.RunLine(*text);
+        if (batch.EndsProcedure(line - 1)) return;
+        batch.RunLine(text);
         if (CheckBreak(line)) return;
-        if (batch.NextLine >= int(batch.Lines.size())) return;
+        if (batch.NextLine >= batch.LineCount()) return;
     }
-}
-
-static int FindProcedure(const BatchProgram& batch, const wchar_t* name)
-{
-    for (size_t i = 0; i < batch.Lines.size(); ++i)
-        if (!batch.Lines[i].Procedure.empty() && lstrcmpiW(batch.Lines[i].Procedure.c_str(), name) == 0)
-            return int(i);
-    return -1;
 }
 
 void CmdCallproc()
@@ -150,7 +142,7 @@ void CmdCallproc()
         ReportId(1);
         return;
     }
-    int definition = FindProcedure(batch, CommandArgs.Command);
+    int definition = batch.FindProcedure(CommandArgs.Command);
     if (definition < 0) {
         ReportId(84);
         return;

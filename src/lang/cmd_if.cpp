@@ -5,6 +5,7 @@
 #include "app/toolkit/omdib.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "lang/expr.h"
 #include "lang/shell_command.h"
 #include "lang/variables.h"
@@ -84,8 +85,7 @@ bool VariableDefined(const wchar_t* name)
     if (!*name) return false;
     wchar_t resolved[kValueMax];
     ResolveSubscripts(name, resolved, kValueMax);
-    wchar_t value[2];
-    return GetEnvironmentVariableW(resolved, value, 2) > 0 || GetLastError() != ERROR_ENVVAR_NOT_FOUND;
+    return *resolved && FindEnvironment(resolved) != nullptr;
 }
 
 // "(" expression ")" rest: an integer is true when its low 32 bits are not 0.
@@ -259,7 +259,7 @@ wchar_t* ChooseStatement(Condition& c)
 void CmdIf()
 {
     // Room behind the text: parsing the chosen statement may widen it.
-    auto text = std::make_unique<wchar_t[]>(2 * kLineMax);
+    auto text = std::make_unique_for_overwrite<wchar_t[]>(2 * kLineMax);
     CopyCutW(text.get(), CommandArgs.Tail, kLineMax);
     Condition condition;
     ReadCondition(text.get(), condition);

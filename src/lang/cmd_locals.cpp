@@ -5,6 +5,7 @@
 #include "lang/batch_program.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "lang/shell_command.h"
 #include "lang/variables.h"
 
@@ -70,10 +71,10 @@ void CmdEndlocal()
     localEnvStack.pop_back();
     std::vector<wchar_t> current = CopyEnvironmentHalf();
     ForEachVariable(current, [](const std::wstring& name, const std::wstring&) {
-        SetEnvironmentVariableW(name.c_str(), nullptr);
+        WriteEnvironment(name.c_str(), nullptr);
     });
     ForEachVariable(saved, [](const std::wstring& name, const std::wstring& value) {
-        SetEnvironmentVariableW(name.c_str(), value.c_str());
+        WriteEnvironment(name.c_str(), value.c_str());
     });
 }
 

@@ -21,7 +21,7 @@ namespace {
 
 // A name and the text behind the first "=" of the statement's free text.
 struct Assignment {
-    std::unique_ptr<wchar_t[]> Name = std::make_unique<wchar_t[]>(kValueMax);
+    wchar_t Name[kValueMax];
     const wchar_t* Value = nullptr;
 };
 
@@ -37,10 +37,10 @@ bool ReadAssignment(Assignment& assignment)
         ReportId(32);
         return false;
     }
-    auto name = std::make_unique<wchar_t[]>(kValueMax);
+    wchar_t name[kValueMax];
     int length = int(equals - text);
-    CopyCutW(name.get(), text, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
-    ResolveSubscripts(name.get(), assignment.Name.get(), kValueMax);
+    CopyCutW(name, text, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
+    ResolveSubscripts(name, assignment.Name, kValueMax);
     assignment.Value = equals + 1;
     return true;
 }
@@ -139,7 +139,7 @@ void CmdSet()
         return;
     }
     Assignment assignment;
-    if (ReadAssignment(assignment)) SetVariable(assignment.Name.get(), assignment.Value);
+    if (ReadAssignment(assignment)) SetVariable(assignment.Name, assignment.Value);
 }
 
 void CmdLet()
@@ -162,7 +162,7 @@ void CmdLet()
     }
     wchar_t number[64];
     FormatExprValue(*result, number, 64);
-    SetVariable(assignment.Name.get(), number);
+    SetVariable(assignment.Name, number);
 }
 
 void CmdXset()
@@ -176,5 +176,5 @@ void CmdXset()
         return;
     }
     Assignment assignment;
-    if (ReadAssignment(assignment)) SetUserVariable(assignment.Name.get(), assignment.Value);
+    if (ReadAssignment(assignment)) SetUserVariable(assignment.Name, assignment.Value);
 }

@@ -5,7 +5,6 @@
 #include "lang/tilde.h"
 #include "lang/variables.h"
 
-#include <memory>
 
 namespace {
 
@@ -20,11 +19,10 @@ const wchar_t* NameEnd(const wchar_t* p)
 // reference itself when the lookup says it stays.
 void PutReference(const wchar_t* p, const wchar_t* close, ExpandOutput& out)
 {
-    auto name = std::make_unique<wchar_t[]>(kValueMax);
+    wchar_t name[kValueMax], value[kValueMax];
     int length = int(close - p - 1);
-    CopyCutW(name.get(), p + 1, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
-    auto value = std::make_unique<wchar_t[]>(kValueMax);
-    const wchar_t* found = LookupVariable(name.get(), value.get());
+    CopyCutW(name, p + 1, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
+    const wchar_t* found = LookupVariable(name, value);
     if (found) out.Put(found);
     else out.Put(p, close + 1);
 }

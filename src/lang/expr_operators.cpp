@@ -3,6 +3,8 @@
 // sum or difference that would leave the integers falls back to reals.
 #include "lang/expr_internal.h"
 
+#include <cmath>
+
 #include <cwchar>
 
 namespace {
@@ -108,7 +110,8 @@ void Logical(int token, ExprValue& left, const ExprValue& right)
     left.Integer = (token == TokAnd ? leftTrue && rightTrue : leftTrue || rightTrue) ? 1 : 0;
 }
 
-// * / + - on reals; the right side is already real.
+// * / + - on reals; the right side is already real. A result past the
+// largest real is a failure, as a math function's range error is.
 int RealArithmetic(ExprCursor& cursor, int token, ExprValue& left, const ExprValue& right)
 {
     switch (token) {
@@ -120,6 +123,7 @@ int RealArithmetic(ExprCursor& cursor, int token, ExprValue& left, const ExprVal
     case TokAdd: left.Real += right.Real; break;
     default: left.Real -= right.Real; break;
     }
+    if (!std::isfinite(left.Real)) return Fail(cursor, ExprMathFailure);
     return 1;
 }
 

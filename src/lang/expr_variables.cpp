@@ -5,15 +5,14 @@
 
 #include "lang/variables.h"
 
-#include <memory>
 
 std::wstring ReadExprVariable(const std::wstring& name)
 {
     wchar_t resolved[kValueMax];
     ResolveSubscripts(name.c_str(), resolved, kValueMax);
-    auto value = std::make_unique<wchar_t[]>(kValueMax);
-    int length = ReadVariable(resolved, value.get(), kValueMax);
-    return std::wstring(value.get(), size_t(length));
+    wchar_t value[kValueMax];
+    int length = ReadVariable(resolved, value, kValueMax);
+    return std::wstring(value, size_t(length));
 }
 
 bool AssignExprVariable(const wchar_t* name, const wchar_t* value) { return SetVariable(name, value); }

@@ -1,6 +1,5 @@
 #include "lang/redirect.h"
 
-#include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
 #include "lang/command_args.h"
@@ -45,26 +44,43 @@ wchar_t* ReadName(wchar_t* p, std::wstring& name)
 
 void DeleteRange(wchar_t* from, wchar_t* to) { std::memmove(from, to, (std::wcslen(to) + 1) * sizeof(wchar_t)); }
 
+// Two handles on one file, whatever names led to them.
+bool SameFile(HANDLE a, HANDLE b)
+{
+    BY_HANDLE_FILE_INFORMATION x, y;
+    if (!GetFileInformationByHandle(a, &x) || !GetFileInformationByHandle(b, &y)) return false;
+    return x.dwVolumeSerialNumber == y.dwVolumeSerialNumber && x.nFileIndexHigh == y.nFileIndexHigh &&
+           x.nFileIndexLow == y.nFileIndexLow;
+}
+
+int64_t SizeOf(HANDLE file)
+{
+    LARGE_INTEGER size{};
+    return GetFileSizeEx(file, &size) ? size.QuadPart : 0;
+}
+
 } // namespace
 
 RedirectionNames ActiveRedirection;
+
+bool MayRedirect(const wchar_t* text) { return std::wcspbrk(text, L"<>|^") != nullptr; }
 
 StatementRedirects::~StatementRedirects()
 {
     CloseStreams();
     Finish();
     // A pipe file that no stage got to read dies with the statement.
-    for (int i = 0; i < count_; ++i)
-        if (entries_[i].Flags & RemoveAfter) DeleteFileW(entries_[i].Name.c_str());
+    for (const Entry& entry : entries_)
+        if (entry.Flags & (RemoveAfter | PipeFile)) DeleteFileW(entry.Name.c_str());
 }
 
 bool StatementRedirects::Add(int32_t flags, std::wstring name)
 {
-    if (count_ >= kMaxEntries) {
+    if (int(entries_.size()) >= kMaxEntries) {
         failed_ = true;
         return false;
     }
-    entries_[count_++] = Entry{flags, std::move(name)};
+    entries_.push_back(Entry{flags, std::move(name)});
     return true;
 }
 
@@ -72,6 +88,7 @@ int StatementRedirects::Scan(wchar_t* text)
 {
     bool found = false, changed = false;
     failed_ = false;
+    opened_ = false;
     wchar_t* p = SkipWhiteW(text);
     for (;;) {
         p = p + std::wcscspn(p, L"\"({<>|^");
@@ -89,9 +106,11 @@ int StatementRedirects::Scan(wchar_t* text)
             wchar_t* rest = SkipWhiteW(p + 1);
             nextStage_ = rest;
             *p = 0;
-            Add(Output | PipeFile, TemporaryName());
+            // A full table refuses the pipe before its file is made.
+            if (int(entries_.size()) >= kMaxEntries) failed_ = true;
+            if (!failed_) Add(Output | PipeFile, TemporaryName());
             CommandArgs.Parse(text);
-            return (OpenStreams() && !failed_) ? 1 : -1;
+            return (!failed_ && OpenStreams()) ? 1 : -1;
         } else {
             bool append = c == L'>' && p[1] == L'>';
             int32_t flags = c == L'<' ? Input : Output | (append ? Append : 0);
@@ -104,64 +123,90 @@ int StatementRedirects::Scan(wchar_t* text)
         }
     }
     if (found || changed) CommandArgs.Parse(text);
-    if (found && !OpenStreams()) failed_ = true;
+    if (found && !failed_ && !OpenStreams()) failed_ = true;
     return failed_ ? -1 : 0;
 }
 
-bool StatementRedirects::OpenOutput(const Entry& entry)
+// Opens an output without changing it. The first output and every ">>" are
+// made when missing; a further ">" is only ever written if it exists.
+bool StatementRedirects::OpenOutput(size_t index, OpenedOutput& opened)
 {
-    bool append = entry.Flags & Append;
+    const Entry& entry = entries_[index];
+    opened.Source = index;
+    if (entry.Name.empty()) return false;
     // A read-only file is never written, whatever rights the process has.
     DWORD attributes = GetFileAttributesW(entry.Name.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) return false;
-    // Opened without truncation: an existing file is emptied only once every
-    // stream of the statement has opened.
-    HANDLE h = CreateFileW(entry.Name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                           nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (entry.Name.empty() || h == INVALID_HANDLE_VALUE) {
-        if (h != INVALID_HANDLE_VALUE) CloseHandle(h);
-        return false;
+    bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+    if (exists && (attributes & FILE_ATTRIBUTE_READONLY)) return false;
+    bool first = &opened == &outputs_.front();
+    if (!exists && !first && !(entry.Flags & Append)) return true;
+    // The command may open the same files itself while it runs.
+    opened.File.reset(CreateFileW(entry.Name.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+    opened.Created = opened.File.valid() && GetLastError() != ERROR_ALREADY_EXISTS;
+    return opened.File.valid();
+}
+
+// A tee target that is the first output, or an earlier target, under another
+// name would copy into what it is reading: it is written once.
+void StatementRedirects::DropTeeTwins()
+{
+    for (size_t i = 1; i < outputs_.size(); ++i) {
+        if (!outputs_[i].File) continue;
+        for (size_t j = 0; j < i; ++j)
+            if (outputs_[j].File && SameFile(outputs_[i].File.get(), outputs_[j].File.get())) {
+                outputs_[i].File.reset();
+                break;
+            }
     }
-    createdOutput_ = GetLastError() != ERROR_ALREADY_EXISTS;
-    LARGE_INTEGER size{};
-    GetFileSizeEx(h, &size);
-    appendStart_ = append ? size.QuadPart : 0;
-    pendingOutput_ = h;
-    return true;
+}
+
+// A refused statement leaves no trace: what it made goes again.
+void StatementRedirects::AbandonOutputs()
+{
+    for (OpenedOutput& opened : outputs_) {
+        opened.File.reset();
+        if (opened.Created) DeleteFileW(entries_[opened.Source].Name.c_str());
+    }
+    outputs_.clear();
 }
 
 bool StatementRedirects::OpenStreams()
 {
     appendStart_ = 0;
-    createdOutput_ = false;
-    const Entry* output = nullptr;
+    outputs_.clear();
     const Entry* input = nullptr;
-    for (int i = 0; i < count_; ++i) {
-        if (!output && (entries_[i].Flags & Output)) output = &entries_[i];
-        if (!input && (entries_[i].Flags & Input)) input = &entries_[i];
-    }
-    if (output && !OpenOutput(*output)) return false;
-    if (input && !TheEditor.Input.Open(input->Name.c_str())) {
-        // The output was not touched yet; a file made just now goes again.
-        if (output) {
-            CloseHandle(pendingOutput_);
-            if (createdOutput_) DeleteFileW(output->Name.c_str());
+    for (size_t i = 0; i < entries_.size(); ++i) {
+        const Entry& entry = entries_[i];
+        if (!input && (entry.Flags & Input)) input = &entry;
+        if (!(entry.Flags & Output)) continue;
+        outputs_.emplace_back();
+        if (!OpenOutput(i, outputs_.back())) {
+            AbandonOutputs();
+            return false;
         }
-        pendingOutput_ = nullptr;
+    }
+    if (input && !TheEditor.Input.Open(input->Name.c_str())) {
+        AbandonOutputs();
         return false;
     }
+    DropTeeTwins();
     if (input) {
         ownsStreams_ = true;
         ActiveRedirection.Input = input->Name;
     }
-    if (output) {
-        if (!(output->Flags & Append)) SetEndOfFile(pendingOutput_);
-        TheScreen.OpenRedirect(pendingOutput_);
-        pendingOutput_ = nullptr;
-        ownsStreams_ = true;
-        ActiveRedirection.Output = output->Name;
-        ActiveRedirection.Append = (output->Flags & Append) != 0;
-    }
+    opened_ = true;
+    if (outputs_.empty()) return true;
+    // Every stream is open: now the first output may be emptied.
+    OpenedOutput& first = outputs_.front();
+    const Entry& firstEntry = entries_[first.Source];
+    if (firstEntry.Flags & Append) appendStart_ = SizeOf(first.File.get());
+    else SetEndOfFile(first.File.get());
+    TheScreen.OpenRedirect(first.File.release());
+    ownsStreams_ = true;
+    ActiveRedirection.Output = firstEntry.Name;
+    ActiveRedirection.Append = (firstEntry.Flags & Append) != 0;
     return true;
 }
 
@@ -174,62 +219,65 @@ void StatementRedirects::CloseStreams()
     ownsStreams_ = false;
 }
 
-// Copies the source's new content into a further output: the repeated
-// operator makes a tee after the command has run.
-void StatementRedirects::CopyToTee(const std::wstring& source, const Entry& target)
+// Copies what the command added to the first output into each further one:
+// the repeated operator makes a tee after the command has run. Only what is
+// there when the copy starts is copied, so it always ends.
+void StatementRedirects::CopyToTees()
 {
-    UniqueFile from(CreateFileW(source.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                OPEN_EXISTING, 0, nullptr));
-    // A further ">" only overwrites a file that exists, from its start.
-    DWORD disposition = (target.Flags & Append) ? OPEN_ALWAYS : OPEN_EXISTING;
-    UniqueFile to(CreateFileW(target.Name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition, 0, nullptr));
-    if (!from || !to) {
-        failed_ = true;
-        return;
-    }
-    LARGE_INTEGER start{}, zero{};
-    start.QuadPart = appendStart_;
-    SetFilePointerEx(from.get(), start, nullptr, FILE_BEGIN);
-    if (target.Flags & Append) SetFilePointerEx(to.get(), zero, nullptr, FILE_END);
-    char chunk[128];
-    DWORD got = 0, written = 0;
-    while (ReadFile(from.get(), chunk, sizeof(chunk), &got, nullptr) && got > 0)
-        if (!WriteFile(to.get(), chunk, got, &written, nullptr) || written != got) {
-            failed_ = true;
-            return;
+    if (!opened_ || outputs_.size() < 2) return;
+    UniqueFile from(CreateFileW(entries_[outputs_.front().Source].Name.c_str(), GENERIC_READ,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0,
+                                nullptr));
+    if (!from) return;
+    int64_t end = SizeOf(from.get());
+    for (size_t i = 1; i < outputs_.size(); ++i) {
+        HANDLE to = outputs_[i].File.get();
+        if (!outputs_[i].File) continue;
+        LARGE_INTEGER start{}, zero{};
+        start.QuadPart = appendStart_;
+        SetFilePointerEx(from.get(), start, nullptr, FILE_BEGIN);
+        // A further ">" overwrites from the start and keeps a longer old tail.
+        SetFilePointerEx(to, zero, nullptr, (entries_[outputs_[i].Source].Flags & Append) ? FILE_END : FILE_BEGIN);
+        char chunk[128];
+        for (int64_t left = end - appendStart_; left > 0;) {
+            DWORD got = 0, written = 0;
+            DWORD want = DWORD(left < int64_t(sizeof(chunk)) ? left : int64_t(sizeof(chunk)));
+            if (!ReadFile(from.get(), chunk, want, &got, nullptr) || got == 0) break;
+            if (!WriteFile(to, chunk, got, &written, nullptr) || written != got) break;
+            left -= got;
         }
+    }
 }
 
 void StatementRedirects::Finish()
 {
-    const Entry* source = nullptr;
-    for (int i = 0; i < count_; ++i) {
-        if (!(entries_[i].Flags & Output)) continue;
-        if (!source) source = &entries_[i];
-        else CopyToTee(source->Name, entries_[i]);
-    }
+    CopyToTees();
+    opened_ = false;
+    outputs_.clear();
+    // The pipe's file becomes the sole entry: the next stage's input, which
+    // dies with it.
     Entry survivor;
     bool keep = false;
-    for (int i = 0; i < count_; ++i) {
-        if (entries_[i].Flags & PipeFile) {
-            survivor = Entry{Input | RemoveAfter, entries_[i].Name};
-            keep = true;
-        } else if (entries_[i].Flags & RemoveAfter) {
-            DeleteFileW(entries_[i].Name.c_str());
+    for (Entry& entry : entries_) {
+        if (entry.Flags & PipeFile) {
+            survivor = Entry{Input | RemoveAfter, std::move(entry.Name)};
+            keep = !survivor.Name.empty();
+        } else if (entry.Flags & RemoveAfter) {
+            DeleteFileW(entry.Name.c_str());
         }
-        entries_[i] = Entry{};
     }
-    count_ = 0;
-    if (keep) entries_[count_++] = std::move(survivor);
+    entries_.clear();
+    if (keep) entries_.push_back(std::move(survivor));
 }
 
 int StatementRedirects::NextStage()
 {
     CloseStreams();
     Finish();
-    CopyCutW(stageText_, nextStage_.c_str(), 4096);
+    if (!stageText_) stageText_ = std::make_unique<wchar_t[]>(kLineMax);
+    CopyCutW(stageText_.get(), nextStage_.c_str(), kLineMax);
     nextStage_.clear();
-    CommandArgs.Parse(stageText_);
+    CommandArgs.Parse(stageText_.get());
     if (!OpenStreams()) return -1;
-    return Scan(stageText_);
+    return Scan(stageText_.get());
 }

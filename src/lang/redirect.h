@@ -5,10 +5,22 @@
 // is the right stage's input. Redirection is not a stack: opening an output
 // replaces the current one, and a statement without redirection leaves an
 // outer one in force.
+//
+// Every file a stage names is opened before any of them is changed: an
+// output that is read-only or cannot be opened, or an input that is missing,
+// refuses the statement with every file as it was, and files made for it are
+// removed again. Only then is the first output emptied and attached. Further
+// outputs (the tee) receive a copy of what the command wrote once it has
+// run; a further output that is the first one under another spelling, or
+// one named twice, is written once.
 #pragma once
 
+#include "app/toolkit/handles.h"
+
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 
 // The files the writer and the editor's input are attached to while a
 // statement's streams are open: a started program takes them over.
@@ -41,21 +53,35 @@ private:
         int32_t Flags = 0;
         std::wstring Name;
     };
+    // An output opened before the statement runs. Created: the file did not
+    // exist and goes again if the statement is refused.
+    struct OpenedOutput {
+        size_t Source = 0; // its entry
+        UniqueFile File;
+        bool Created = false;
+    };
 
     bool Add(int32_t flags, std::wstring name);
     bool OpenStreams();
-    bool OpenOutput(const Entry& entry);
+    bool OpenOutput(size_t index, OpenedOutput& opened);
+    void DropTeeTwins();
+    void AbandonOutputs();
     void CloseStreams();
+    void CopyToTees();
     void Finish();
-    void CopyToTee(const std::wstring& source, const Entry& target);
 
-    Entry entries_[kMaxEntries];
-    int count_ = 0;
+    std::vector<Entry> entries_;
     bool failed_ = false;
     bool ownsStreams_ = false;
-    bool createdOutput_ = false;
-    void* pendingOutput_ = nullptr; // opened, not yet handed to the writer
+    // The streams of this stage opened and its command may run: only then
+    // does the tee copy happen.
+    bool opened_ = false;
+    std::vector<OpenedOutput> outputs_; // the first output, then the tee targets
     int64_t appendStart_ = 0;
     std::wstring nextStage_;
-    wchar_t stageText_[4096] = {};
+    std::unique_ptr<wchar_t[]> stageText_; // a later stage's text, kLineMax units
 };
+
+// True when the stage text holds anything that the scan acts on: a statement
+// without it needs no redirection table at all.
+bool MayRedirect(const wchar_t* text);

@@ -29,9 +29,9 @@ void SetCommandResult()
 
 void ShellCommand::RunLine(const wchar_t* line)
 {
-    // The splitter lives on this frame: CommandArgs points into it while the
-    // statement runs, and statements may run lines of their own.
-    auto splitter = std::make_unique<StatementSplitter>();
+    // The splitter is held for the whole line: CommandArgs points into it
+    // while the statement runs, and statements may run lines of their own.
+    SplitterLease splitter;
     if (!splitter->Start(line)) return;
     // After an error the rest of the line still runs; only a stop (end, exit
     // in a batch program) abandons it.
@@ -83,14 +83,14 @@ void ShellCommand::ExecuteGroup(BatchProgram* batch, const wchar_t* source)
 {
     // The group ends at its last closing bracket of either kind; whatever
     // stands behind it, redirections included, is dropped.
-    auto inside = std::make_unique<wchar_t[]>(kLineMax);
+    auto inside = std::make_unique_for_overwrite<wchar_t[]>(kLineMax);
     CopyCutW(inside.get(), CommandArgs.Tail, kLineMax);
     for (int i = lstrlenW(inside.get()) - 1; i >= 0; --i)
         if (inside[size_t(i)] == L')' || inside[size_t(i)] == L'}') {
             inside[size_t(i)] = 0;
             break;
         }
-    auto splitter = std::make_unique<StatementSplitter>();
+    SplitterLease splitter;
     if (!splitter->Start(inside.get())) return;
     // A goto leaves the group at once; so does any pending stop or break.
     auto stopped = [&] { return Terminate != 0 || (batch && batch->Jumped); };
@@ -108,6 +108,10 @@ void ShellCommand::ExecuteSimple(BatchProgram* batch, const wchar_t* source)
 void ShellCommand::ExecutePipeline(BatchProgram* batch, const wchar_t* source)
 {
     TheErrors.ErrorFlag = 0;
+    if (!MayRedirect(CommandArgs.WholeLine)) {
+        RunOneCommand(batch, source);
+        return;
+    }
     StatementRedirects redirects;
     // The stage text lives in the splitter's buffer, which the scan rewrites.
     int more = redirects.Scan(const_cast<wchar_t*>(CommandArgs.WholeLine));

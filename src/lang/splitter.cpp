@@ -5,6 +5,8 @@
 #include "lang/expand.h"
 
 #include <cstring>
+#include <memory>
+#include <vector>
 
 const wchar_t* FindStatementEnd(const wchar_t* p)
 {
@@ -45,3 +47,18 @@ bool StatementSplitter::Next(bool expand)
     CommandArgs.Parse(Current);
     return true;
 }
+
+namespace {
+
+std::vector<std::unique_ptr<StatementSplitter>> splitterPool;
+size_t splittersInUse = 0;
+
+} // namespace
+
+SplitterLease::SplitterLease()
+{
+    if (splittersInUse == splitterPool.size()) splitterPool.push_back(std::make_unique<StatementSplitter>());
+    splitter_ = splitterPool[splittersInUse++].get();
+}
+
+SplitterLease::~SplitterLease() { --splittersInUse; }

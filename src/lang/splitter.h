@@ -21,5 +21,22 @@ private:
     bool pending_ = false;
 };
 
+// A splitter for the length of one line, taken from a pool that grows with
+// the nesting of lines: a statement may run lines of its own, and a splitter
+// must outlive the statements it hands out. Reusing them spares each line
+// its two buffers.
+class SplitterLease {
+public:
+    SplitterLease();
+    ~SplitterLease();
+    SplitterLease(const SplitterLease&) = delete;
+    SplitterLease& operator=(const SplitterLease&) = delete;
+    StatementSplitter* operator->() const { return splitter_; }
+    StatementSplitter& operator*() const { return *splitter_; }
+
+private:
+    StatementSplitter* splitter_;
+};
+
 // Position of the first statement separator in text, or its terminator.
 const wchar_t* FindStatementEnd(const wchar_t* text);

@@ -259,3 +259,13 @@ bool TextStream::WriteMark()
     default: return true;
     }
 }
+
+bool TextStream::SeekEndToAppend()
+{
+    int64_t size = CurrentSize();
+    if (!Seek(size)) return false;
+    bool wide = Encoding == Utf16LE || Encoding == Utf16BE;
+    if (!wide || size % 2 == 0) return true;
+    static const unsigned char pad = 0;
+    return WriteBytes(&pad, 1);
+}

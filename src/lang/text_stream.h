@@ -64,6 +64,9 @@ public:
     int32_t SniffEncoding();
     // The mark of the current encoding (UTF-16 and UTF-8 have one).
     bool WriteMark();
+    // Moves to the end to append. A UTF-16 file of odd length gets one zero
+    // byte first, so what follows starts on a whole unit and stays readable.
+    bool SeekEndToAppend();
     // The file's size now.
     int64_t CurrentSize() const;
 

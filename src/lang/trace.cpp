@@ -77,7 +77,7 @@ void TraceHighlightLine(int index)
 void TraceShowProgram(const BatchProgram& program, int highlight)
 {
     if (!TheShell.TraceActive || !TheShell.TraceWindow) return;
-    TheShell.TraceWindow->FillList(program.Lines);
+    TheShell.TraceWindow->FillList(program.RawLines());
     TraceHighlightLine(highlight);
 }
 

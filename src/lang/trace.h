@@ -9,7 +9,6 @@
 #include <vector>
 
 class BatchProgram;
-struct BatchLine;
 
 // What the stepper needs of whatever shows the trace. The user's choices come
 // back through TraceGrantStep, TraceRunFreely and TraceStopRun, called from
@@ -21,7 +20,7 @@ public:
     virtual bool Open(const std::wstring& title) = 0;
     virtual void Close() = 0;
     // The raw lines of the program being traced.
-    virtual void FillList(const std::vector<BatchLine>& lines) = 0;
+    virtual void FillList(const std::vector<std::wstring>& lines) = 0;
     // Marks line index (0-based) as the current one; -1 marks none.
     virtual void Highlight(int index) = 0;
     // The stage about to run; source is null when it is to stay as it is.

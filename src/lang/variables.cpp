@@ -2,6 +2,7 @@
 
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 #include "lang/internal_vars.h"
 
 #include <algorithm>
@@ -12,23 +13,17 @@ int ReadVariable(const wchar_t* name, wchar_t* buffer, int size)
 {
     buffer[0] = 0;
     if (!*name) return 0;
-    DWORD n = GetEnvironmentVariableW(name, buffer, DWORD(size));
-    if (n < DWORD(size)) return int(n);
-    // Too long for the caller: read it whole, keep what fits.
-    auto whole = std::make_unique<wchar_t[]>(n);
-    DWORD got = GetEnvironmentVariableW(name, whole.get(), n);
-    if (got == 0 || got >= n) {
-        buffer[0] = 0;
-        return 0;
-    }
-    CopyCutW(buffer, whole.get(), size);
-    return lstrlenW(buffer);
+    const std::wstring* value = FindEnvironment(name);
+    if (!value) return 0;
+    // Too long for the caller: keep what fits.
+    CopyCutW(buffer, value->c_str(), size);
+    return int(std::min(value->size(), size_t(size - 1)));
 }
 
 bool SetVariable(const wchar_t* name, const wchar_t* value)
 {
     if (value && !*value) value = nullptr;
-    if (SetEnvironmentVariableW(name, value)) return true;
+    if (WriteEnvironment(name, value)) return true;
     // Deleting what does not exist is no failure.
     if (!value && GetLastError() == ERROR_ENVVAR_NOT_FOUND) return true;
     ReportId(4);
@@ -56,8 +51,7 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
         for (; from < to && n < size - 1; ++from) buffer[n++] = *from;
     };
     put(name, point);
-    auto value = std::make_unique<wchar_t[]>(kValueMax);
-    auto partName = std::make_unique<wchar_t[]>(kValueMax);
+    wchar_t value[kValueMax], partName[kValueMax];
     while (*point == L'.') {
         const wchar_t* part = point + 1;
         const wchar_t* end = part;
@@ -68,9 +62,9 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
             put(part, end);
         } else {
             int length = std::min(int(end - part), kValueMax - 1);
-            CopyCutW(partName.get(), part, length + 1);
-            int got = ReadVariable(partName.get(), value.get(), kValueMax);
-            put(value.get(), value.get() + got);
+            CopyCutW(partName, part, length + 1);
+            int got = ReadVariable(partName, value, kValueMax);
+            put(value, value + got);
         }
         point = end;
     }
@@ -119,10 +113,10 @@ static bool ApplyReplacement(wchar_t* value, const wchar_t* form, const wchar_t*
     auto find = std::make_unique<wchar_t[]>(size_t(findLength) + 1);
     CopyCutW(find.get(), form, findLength + 1);
     const wchar_t* replacement = equals + 1;
-    auto result = std::make_unique<wchar_t[]>(kValueMax);
+    wchar_t result[kValueMax];
     int n = 0;
     auto put = [&](wchar_t c) {
-        if (n < kValueMax - 2) result[size_t(n++)] = c;
+        if (n < kValueMax - 2) result[n++] = c;
     };
     const wchar_t* p = value;
     while (*p) {
@@ -133,8 +127,8 @@ static bool ApplyReplacement(wchar_t* value, const wchar_t* form, const wchar_t*
         for (const wchar_t* r = replacement; *r; ++r) put(*r);
         p += findLength;
     }
-    result[size_t(n)] = 0;
-    CopyCutW(value, result.get(), kValueMax);
+    result[n] = 0;
+    CopyCutW(value, result, kValueMax);
     return true;
 }
 
@@ -149,17 +143,17 @@ bool ApplyColonForm(wchar_t* value, const wchar_t* form)
 // The environment under the resolved name, else an internal variable.
 static void ValueOf(const wchar_t* name, wchar_t* buffer)
 {
-    auto resolved = std::make_unique<wchar_t[]>(kValueMax);
-    ResolveSubscripts(name, resolved.get(), kValueMax);
-    if (ReadVariable(resolved.get(), buffer, kValueMax) == 0) ResolveInternalVariable(name, buffer, kValueMax);
+    wchar_t resolved[kValueMax];
+    ResolveSubscripts(name, resolved, kValueMax);
+    if (ReadVariable(resolved, buffer, kValueMax) == 0) ResolveInternalVariable(name, buffer, kValueMax);
 }
 
 const wchar_t* LookupVariable(const wchar_t* name, wchar_t* buffer)
 {
-    auto resolved = std::make_unique<wchar_t[]>(kValueMax);
-    ResolveSubscripts(name, resolved.get(), kValueMax);
+    wchar_t resolved[kValueMax];
+    ResolveSubscripts(name, resolved, kValueMax);
     // A whole name that is set wins, even when it holds a colon.
-    if (ReadVariable(resolved.get(), buffer, kValueMax) > 0) return buffer;
+    if (ReadVariable(resolved, buffer, kValueMax) > 0) return buffer;
 
     const wchar_t* colon = nullptr;
     for (const wchar_t* p = name; *p; ++p)
@@ -168,9 +162,9 @@ const wchar_t* LookupVariable(const wchar_t* name, wchar_t* buffer)
         ResolveInternalVariable(name, buffer, kValueMax);
         return buffer;
     }
-    auto base = std::make_unique<wchar_t[]>(kValueMax);
-    CopyCutW(base.get(), name, int(std::min<ptrdiff_t>(colon - name + 1, kValueMax)));
-    ValueOf(base.get(), buffer);
+    wchar_t base[kValueMax];
+    CopyCutW(base, name, int(std::min<ptrdiff_t>(colon - name + 1, kValueMax)));
+    ValueOf(base, buffer);
     if (!buffer[0] || !ApplyColonForm(buffer, colon + 1)) return nullptr;
     return buffer;
 }

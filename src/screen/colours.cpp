@@ -66,13 +66,19 @@ void LoadColours()
     for (int i = 0; i < kItemCount; ++i)
         ItemColour[i] = uint8_t(PaletteIndexOr(ProfileReadInt(kSection, ItemNames[i], ItemColour[i]), ItemColour[i]));
     ForceBackground();
-    for (int i = 0; i < kPaletteSize; ++i) Palette[i] = PaletteDefault[i];
-    if (!PaletteEditable()) return;
+    // The display is not asked here: the console program has none, and the
+    // window program limits the palette once its window stands.
     for (int i = 0; i < kPaletteSize; ++i) {
         wchar_t key[8];
         PaletteKey(i, key);
         Palette[i] = COLORREF(ProfileReadInt(kSection, key, int(PaletteDefault[i])));
     }
+}
+
+void LimitPaletteToDisplay()
+{
+    if (PaletteEditable()) return;
+    for (int i = 0; i < kPaletteSize; ++i) Palette[i] = PaletteDefault[i];
 }
 
 void SaveItems()

@@ -63,8 +63,11 @@ uint8_t ConsoleOfPalette(int index);
 
 // The items and the page's remembered choices from section Colour40, then
 // the background byte of the screen's attribute to BackGrd, then the palette
-// entries if the display can show them.
+// entries. Nothing here touches the display.
 void LoadColours();
+// Back to the default palette when the display cannot show the stored one;
+// the window program calls it once it has a window.
+void LimitPaletteToDisplay();
 // Writes DefaultText, DefaultScheme and the 17 items to Colour40.
 void SaveItems();
 // Whether the display shows at least 255 colours; a port without a display

@@ -180,7 +180,7 @@ void ScreenStore::OpenRedirect(HANDLE file)
         return;
     }
     OutputFile.SniffEncoding();
-    OutputFile.Seek(OutputFile.CurrentSize());
+    OutputFile.SeekEndToAppend();
 }
 
 void ScreenStore::CloseRedirect()

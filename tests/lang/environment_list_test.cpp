@@ -1,4 +1,5 @@
 // The environment as set lists it and the environment editor edits it.
+#include "lang/environment_index.h"
 #include "lang/environment_list.h"
 
 #include <windows.h>
@@ -18,20 +19,20 @@ int Find(const std::vector<EnvironmentEntry>& entries, const std::wstring& name)
 
 TEST(EnvironmentList, ListsAndEditsTheProcessEnvironment)
 {
-    SetEnvironmentVariableW(L"OMBT_E1", L"a=b");
-    SetEnvironmentVariableW(L"OMBT_E2", L"two");
+    WriteEnvironment(L"OMBT_E1", L"a=b");
+    WriteEnvironment(L"OMBT_E2", L"two");
     auto entries = ListEnvironment();
     int first = Find(entries, L"OMBT_E1"), second = Find(entries, L"OMBT_E2");
     ASSERT_GE(first, 0);
     ASSERT_GE(second, 0);
     EXPECT_EQ(entries[size_t(first)].Value, L"a=b");
     // Hidden entries (names beginning with "=") are never offered.
-    ASSERT_TRUE(SetEnvironmentVariableW(L"=OMBT_HIDDEN", L"x"));
+    ASSERT_TRUE(WriteEnvironment(L"=OMBT_HIDDEN", L"x"));
     for (const auto& entry : ListEnvironment()) {
         EXPECT_FALSE(entry.Name.empty());
         EXPECT_EQ((entry.Name + entry.Value).find(L"OMBT_HIDDEN"), std::wstring::npos);
     }
-    SetEnvironmentVariableW(L"=OMBT_HIDDEN", nullptr);
+    WriteEnvironment(L"=OMBT_HIDDEN", nullptr);
 
     EXPECT_TRUE(ApplyEnvironmentEdit(L"OMBT_E2", L"changed"));
     wchar_t value[16] = {};
@@ -42,7 +43,7 @@ TEST(EnvironmentList, ListsAndEditsTheProcessEnvironment)
     EXPECT_EQ(Find(ListEnvironment(), L"OMBT_E1"), -1);
     // Deleting what is not there is no failure.
     EXPECT_TRUE(ApplyEnvironmentEdit(L"OMBT_E1", L""));
-    SetEnvironmentVariableW(L"OMBT_E2", nullptr);
+    WriteEnvironment(L"OMBT_E2", nullptr);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // Expansion of statements and batch lines, in process, with variables that
 // the tests set themselves and a stand-in for the running batch program.
+#include "lang/environment_index.h"
 #include "app/toolkit/omdib.h"
 #include "lang/expand.h"
 #include "lang/short_date.h"
@@ -19,13 +20,13 @@ public:
     ScopedVariables(std::initializer_list<std::pair<const wchar_t*, std::wstring>> values)
     {
         for (const auto& [name, value] : values) {
-            SetEnvironmentVariableW(name, value.c_str());
+            WriteEnvironment(name, value.c_str());
             names_.push_back(name);
         }
     }
     ~ScopedVariables()
     {
-        for (const auto& name : names_) SetEnvironmentVariableW(name.c_str(), nullptr);
+        for (const auto& name : names_) WriteEnvironment(name.c_str(), nullptr);
     }
 
 private:
@@ -71,7 +72,7 @@ std::wstring CurrentDirectory()
 TEST(Expand, VariablesAtThePrompt)
 {
     ScopedVariables vars{{L"OMBT_H", L"hello"}, {L"OMBT_CMDEXT", L"x"}};
-    SetEnvironmentVariableW(L"OMBT_UNSET", nullptr);
+    WriteEnvironment(L"OMBT_UNSET", nullptr);
     EXPECT_EQ(Expand(L"echo [%OMBT_UNSET%] [%OMBT_H%] %OMBT_h%"), L"echo [] [hello] hello");
     // A colon form on an empty value stays as it was written.
     EXPECT_EQ(Expand(L"[%OMBT_UNSET:x=y%]"), L"[%OMBT_UNSET:x=y%]");
@@ -148,7 +149,7 @@ TEST(Expand, ArraysThroughDottedNames)
 
 TEST(Expand, EnvironmentHidesInternalVariables)
 {
-    SetEnvironmentVariableW(L"cmdextversion", nullptr);
+    WriteEnvironment(L"cmdextversion", nullptr);
     EXPECT_EQ(Expand(L"%CmdExtVersion%"), L"2");
     ScopedVariables vars{{L"cmdextversion", L"9"}};
     EXPECT_EQ(Expand(L"%cmdextversion%"), L"9");

@@ -1,5 +1,6 @@
 // Malformed and hostile expressions: each ends in its message, never in a
 // crash, and the first fault found is the one reported.
+#include "lang/environment_index.h"
 #include "expr_test_support.h"
 
 #include <gtest/gtest.h>
@@ -49,7 +50,7 @@ TEST(ExprErrors, SyntaxFaults)
 
 TEST(ExprErrors, TheFirstFaultWins)
 {
-    SetEnvironmentVariableW(L"x", L"4");
+    WriteEnvironment(L"x", L"4");
     ExpectAll({
         {L"x/0 || 1", L"Divide by zero"},  // both sides always run
         {L"1/0 + \"a\"", L"Divide by zero"},

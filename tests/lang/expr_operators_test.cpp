@@ -1,5 +1,6 @@
 // The evaluator's operators: precedence, grouping, the integer and real
 // arithmetic with its fall-back to reals, and the type rules.
+#include "lang/environment_index.h"
 #include "expr_test_support.h"
 
 #include <gtest/gtest.h>
@@ -219,8 +220,8 @@ TEST(ExprOperators, NumberFormats)
 TEST(ExprOperators, VariablesAreReadFromTheEnvironment)
 {
     SetSampleVariables();
-    SetEnvironmentVariableW(L"sin", L"3");
-    SetEnvironmentVariableW(L"undefined_here", nullptr);
+    WriteEnvironment(L"sin", L"3");
+    WriteEnvironment(L"undefined_here", nullptr);
     ExpectAll({
         {L"n+1", L"17"},
         {L"N+1", L"17"},

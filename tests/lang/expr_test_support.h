@@ -2,6 +2,7 @@
 // shows it, or the message it reports, read back from the screen.
 #pragma once
 
+#include "lang/environment_index.h"
 #include "app/errors.h"
 #include "lang/expr.h"
 #include "screen/screen_store.h"
@@ -55,9 +56,9 @@ inline void ExpectAll(std::initializer_list<ExprCase> cases)
 // (which a variable holds as text), a word, a negative number, an element.
 inline void SetSampleVariables()
 {
-    SetEnvironmentVariableW(L"n", L"0x10");
-    SetEnvironmentVariableW(L"t", L"1.5");
-    SetEnvironmentVariableW(L"w", L"word");
-    SetEnvironmentVariableW(L"m", L"-5");
-    SetEnvironmentVariableW(L"arr.2", L"7");
+    WriteEnvironment(L"n", L"0x10");
+    WriteEnvironment(L"t", L"1.5");
+    WriteEnvironment(L"w", L"word");
+    WriteEnvironment(L"m", L"-5");
+    WriteEnvironment(L"arr.2", L"7");
 }

@@ -1,4 +1,5 @@
 // Redirection and pipes on real files, checked byte for byte.
+#include "lang/folder_snapshot.h"
 #include "support/ombc_runner.h"
 #include "support/temp_folder.h"
 
@@ -11,6 +12,8 @@
 
 namespace {
 
+using lang_test::TemporaryFiles;
+
 std::wstring RunIn(const TempFolder& f, const std::wstring& line, const std::wstring& options = L"")
 {
     return JoinLines(RunOmbcIn(f.Path(), options + L"/C \"" + line + L"\"").Output);
@@ -21,20 +24,6 @@ std::string Utf16(const std::string& ascii)
     std::string bytes;
     for (char c : ascii) bytes += {c, '\0'};
     return bytes;
-}
-
-std::set<std::wstring> TemporaryFiles()
-{
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    std::set<std::wstring> names;
-    WIN32_FIND_DATAW found;
-    HANDLE h = FindFirstFileW((std::wstring(folder) + L"*").c_str(), &found);
-    if (h == INVALID_HANDLE_VALUE) return names;
-    do names.insert(found.cFileName);
-    while (FindNextFileW(h, &found));
-    FindClose(h);
-    return names;
 }
 
 TEST(Redirect, OutputAndAppendInCodePageText)

@@ -58,10 +58,9 @@ public:
         ++Closes;
         IsOpen = false;
     }
-    void FillList(const std::vector<BatchLine>& lines) override
+    void FillList(const std::vector<std::wstring>& lines) override
     {
-        list_.clear();
-        for (const BatchLine& line : lines) list_.push_back(line.Raw);
+        list_ = lines;
         highlight_ = -1;
     }
     void Highlight(int index) override { highlight_ = index; }

@@ -1,5 +1,6 @@
 // Internal variables against the system, and set, let and xset, end to end
 // through ombc.exe.
+#include "lang/environment_index.h"
 #include "lang_lines.h"
 #include "support/temp_folder.h"
 
@@ -182,8 +183,8 @@ TEST(Set, SetsDeletesAndListsInTheEnvironmentsOrder)
     // An unknown switch in front of the "=" is part of the name.
     EXPECT_GE(IndexOf(lines, L"/p OMBT_P=1"), 0);
     for (const auto& line : lines) EXPECT_NE(line.substr(0, 1), L"=");
-    SetEnvironmentVariableW(L"OMBT_Z", L"1");
-    SetEnvironmentVariableW(L"OMBT_A", L"1");
+    WriteEnvironment(L"OMBT_Z", L"1");
+    WriteEnvironment(L"OMBT_A", L"1");
     int systemZ = -1, systemA = -1, index = 0;
     wchar_t* block = GetEnvironmentStringsW();
     for (const wchar_t* p = block; *p; p += lstrlenW(p) + 1, ++index) {
@@ -191,8 +192,8 @@ TEST(Set, SetsDeletesAndListsInTheEnvironmentsOrder)
         if (std::wstring(p) == L"OMBT_A=1") systemA = index;
     }
     FreeEnvironmentStringsW(block);
-    SetEnvironmentVariableW(L"OMBT_Z", nullptr);
-    SetEnvironmentVariableW(L"OMBT_A", nullptr);
+    WriteEnvironment(L"OMBT_Z", nullptr);
+    WriteEnvironment(L"OMBT_A", nullptr);
     EXPECT_EQ(z < a, systemZ < systemA);
 
     Texts tail(lines.begin() + (IndexOf(lines, L"[]") >= 0 ? IndexOf(lines, L"[]") : 0), lines.end());

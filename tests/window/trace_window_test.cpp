@@ -1,6 +1,7 @@
 // The real Trace window under a virtual display, in-process: a small batch
 // program is traced while the test presses the window's buttons, and looks at
 // the list, the highlighted line and the two edits at every wait.
+#include "lang/environment_index.h"
 #include "app/globals.h"
 #include "app/host.h"
 #include "app/main_window.h"
@@ -227,7 +228,7 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
 
     // Step is dimmed while pause waits; closing the window stops the program.
     folder.WriteBytes(L"p.bat", "@echo off\r\npause\r\nset OMBT_AFTER=ran\r\n");
-    SetEnvironmentVariableW(L"OMBT_AFTER", nullptr);
+    WriteEnvironment(L"OMBT_AFTER", nullptr);
     dialog.Seen.clear();
     dialog.Actions = {{Press::Click, TraceDialog::kStep}, {Press::Click, TraceDialog::kStep}, {Press::Close, 0}};
     TheEditor.TypeLine((L"trace \"" + (folder / L"p.bat") + L"\"").c_str(), true);
@@ -241,7 +242,7 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
 
     // Stop does the same; Variables opens the environment, and a value set
     // there is the program's from then on.
-    SetEnvironmentVariableW(L"OMBT_VAR", L"before");
+    WriteEnvironment(L"OMBT_VAR", L"before");
     SetTimer(nullptr, 0, 50, EditVariable);
     dialog.Seen.clear();
     dialog.Actions = {{Press::Click, TraceDialog::kStep},
