@@ -5,6 +5,8 @@
 // keeps nothing, so there is no figure of its to set beside these.
 //
 //   wine-run batch_memory_bench.exe [megabytes [shell.exe]]
+#include "bench_support.h"
+
 #include <windows.h>
 
 #include <psapi.h>
@@ -20,14 +22,6 @@ struct Measure {
     double Seconds = -1;
     double PeakMegabytes = 0;
 };
-
-std::wstring Folder()
-{
-    wchar_t self[MAX_PATH];
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    std::wstring path = self;
-    return path.substr(0, path.find_last_of(L"\\/") + 1);
-}
 
 // Writes count copies of line.
 bool WriteRepeated(const std::wstring& path, const std::string& head, const std::string& line, size_t count)
@@ -112,7 +106,7 @@ std::wstring shell = L"ombc.exe";
 void Report(const char* what, const std::wstring& path, const std::string& name, const Measure& empty)
 {
     double utf16 = 2 * MegabytesOf(path);
-    Measure ours = RunTyped(L"\"" + Folder() + shell + L"\"", name);
+    Measure ours = RunTyped(L"\"" + ProgramFolder() + shell + L"\"", name);
     std::printf("%s (%.1f MB in UTF-16)\n", what, utf16);
     std::printf("  %8.2f s  peak %8.1f MB, %8.1f MB above the empty program (%.2f x UTF-16)\n", ours.Seconds,
                 ours.PeakMegabytes, ours.PeakMegabytes - empty.PeakMegabytes,
@@ -137,7 +131,7 @@ int main(int argc, char** argv)
     WriteRepeated(shortLines, "@echo off\r\n", "rem\r\n", megabytes * 1048576 / 5);
     WriteRepeated(hundred, "@echo off\r\n", "rem a line of about forty-five characters.\r\n", 100000);
 
-    Measure empty = RunTyped(L"\"" + Folder() + shell + L"\"", "empty_prog.bat");
+    Measure empty = RunTyped(L"\"" + ProgramFolder() + shell + L"\"", "empty_prog.bat");
     std::printf("%ls: peak working set after loading and running a batch program\n", shell.c_str());
     std::printf("empty program: peak %.1f MB\n", empty.PeakMegabytes);
     Report("100,000 lines of 45 characters", hundred, "hundred_k.bat", empty);

@@ -13,16 +13,6 @@
 
 namespace {
 
-bool WriteText(const std::wstring& path, const std::string& text)
-{
-    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    if (h == INVALID_HANDLE_VALUE) return false;
-    DWORD written;
-    bool ok = WriteFile(h, text.data(), DWORD(text.size()), &written, nullptr) && written == text.size();
-    CloseHandle(h);
-    return ok;
-}
-
 // A file of lines of 100 bytes, megabytes long; the number of lines.
 long long WriteDataFile(const std::wstring& path, int megabytes)
 {
