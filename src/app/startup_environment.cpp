@@ -2,6 +2,7 @@
 
 #include "app/toolkit/omdib.h"
 #include "lang/directories.h"
+#include "lang/environment_index.h"
 
 #include <windows.h>
 
@@ -18,7 +19,7 @@ void UseNativeProgramFolders()
     for (const auto& pair : pairs) {
         wchar_t value[kPathMax];
         DWORD n = GetEnvironmentVariableW(pair[1], value, kPathMax);
-        if (n > 0 && n < kPathMax) SetEnvironmentVariableW(pair[0], value);
+        if (n > 0 && n < kPathMax) WriteEnvironment(pair[0], value);
     }
 }
 
