@@ -1,5 +1,5 @@
-// Small pieces the benchmarks share: a clock, and the real main window with
-// its host, for measurements that need the window.
+// Small pieces the benchmarks share: a clock, a timed run of another program,
+// and the real main window with its host, for measurements that need the window.
 #pragma once
 
 #include "app/globals.h"

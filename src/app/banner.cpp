@@ -25,7 +25,7 @@ void WriteTitle()
     WriteIn(Item::Number, L"        OOP - ");
     WriteIn(Item::FileName, L"General Command Shell for Windows");
     WriteIn(Item::Error, L" v");
-    WriteIn(Item::Error, L"8.2");
+    WriteIn(Item::Error, kShellVersion);
     TheScreen.NewLine();
     WriteIn(Item::BoldText, L"Ombrel");
     WriteIn(Item::FileAttrib, L" - free software, ");

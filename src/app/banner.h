@@ -4,6 +4,9 @@
 
 #include <cstdint>
 
+// The shell's version, as the banner and ver show it.
+constexpr const wchar_t* kShellVersion = L"8.2";
+
 void PrintBanner();
 
 // "Tip: " and tip number id of the string table, broken into lines as the

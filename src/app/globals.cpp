@@ -14,7 +14,7 @@ int TahomaPresent = 0;
 wchar_t SelfCommandLine[4096];
 OsFlagSet OsFlags;
 
-void InitOsFlags()
+OSVERSIONINFOW PlatformVersion()
 {
     // GetVersion lies to programs without a manifest; RtlGetVersion does not.
     OSVERSIONINFOW info{};
@@ -26,6 +26,12 @@ void InitOsFlags()
         info.dwMajorVersion = 6;
         info.dwMinorVersion = 1;
     }
+    return info;
+}
+
+void InitOsFlags()
+{
+    OSVERSIONINFOW info = PlatformVersion();
     DWORD major = info.dwMajorVersion, minor = info.dwMinorVersion;
     OsFlags = OsFlagSet{};
     OsFlags.IsNT4 = major > 3;

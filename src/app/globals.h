@@ -31,6 +31,8 @@ struct OsFlagSet {
 };
 extern OsFlagSet OsFlags;
 
+// The platform's true version (6.1 when it will not tell).
+OSVERSIONINFOW PlatformVersion();
 // Reads the platform version once; the flags never change afterwards.
 void InitOsFlags();
 // CharSplit from its setting: a printable character, else "&".

@@ -10,13 +10,15 @@ enum KeyModifier : unsigned {
 };
 
 // What a wait is for: a single key lets the host handle key presses itself
-// (so scrollback keys work); a line read wants them for the line editor.
-enum class InputWait { Key, Line };
+// (so scrollback keys work); a line read wants them for the line editor. The
+// pager's wait is a key wait that also hears of the screen changing height.
+enum class InputWait { Key, Line, Page };
 
 enum class InputKind {
     Char,    // a typed character, in Unit
     KeyDown, // a key press, virtual key in Unit (line reads only)
     End,     // the program is ending: no key will come
+    Resized, // the screen changed height (page waits only)
 };
 
 struct InputEvent {

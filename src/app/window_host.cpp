@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
+#include "screen/pager.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
 
@@ -74,6 +75,7 @@ void WindowHost::Install()
 {
     Host = this;
     Links = &windowLinks;
+    TheScreen.PagePause = Pause;
 }
 
 void WindowHost::PollBreak()
@@ -111,7 +113,9 @@ InputEvent WindowHost::NextInput(InputWait wait)
         // A line read edits with the keys itself; no other window code sees them.
         if (msg.message == WM_KEYDOWN && wait == InputWait::Line)
             return {InputKind::KeyDown, unsigned(msg.wParam), CurrentModifiers()};
+        int height = ScreenHeight;
         DispatchMessageW(&msg);
+        if (wait == InputWait::Page && ScreenHeight != height) return {InputKind::Resized, 0, 0};
     }
 }
 

@@ -22,6 +22,8 @@ public:
     void Close();
     bool IsOpen() const { return file_ != INVALID_HANDLE_VALUE; }
     int FileEncoding() const { return encoding_; }
+    // The open file, for a reader that takes the input whole (more).
+    HANDLE Handle() const { return file_; }
 
     // The next unit by the file's encoding: a narrow byte is widened with its
     // sign, as the system always did; no data reads as Ctrl-Z. False at the

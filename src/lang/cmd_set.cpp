@@ -10,6 +10,7 @@
 #include "lang/expr.h"
 #include "lang/variables.h"
 #include "screen/colours.h"
+#include "screen/pager.h"
 #include "screen/screen_store.h"
 
 #include <algorithm>
@@ -57,6 +58,7 @@ void ShowVariable(const wchar_t* name, const wchar_t* value)
 
 void ListShellEnvironment()
 {
+    ListingPager pager;
     for (const EnvironmentEntry& entry : ListEnvironment()) {
         if (TheScreen.BreakFlag) return;
         ShowVariable(entry.Name.c_str(), entry.Value.c_str());

@@ -33,6 +33,8 @@ RunColours ColoursOf(uint16_t attr)
 
 bool ScreenPainter::PaintChanges(ScreenStore& store, RenderSurface& surface)
 {
+    // A paged listing is drawn a page at a time, by the pager's wait.
+    if (store.Paging && !store.AtMore) return false;
     ScreenDamage damage = store.TakeDamage();
     int rows = VisibleRows();
     FrameRows frame;

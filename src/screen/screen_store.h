@@ -131,6 +131,8 @@ public:
     void DeleteLine(int row);
     void ClearScreen();
     void ClearToEnd();
+    // Asks for the whole screen to be drawn again at the next paint.
+    void RepaintScreen() { MarkWhole(); }
     // The last unit of the cell's buffer at the cursor.
     wchar_t CharAtCursor() const;
     // Console emulation: attributes as 4-bit codes, characters by units; the

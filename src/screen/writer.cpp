@@ -48,6 +48,8 @@ void ScreenStore::WriteCells(const wchar_t* text)
         }
         if (Paging && PageLines >= height - 1 && PagePause) {
             PagePause();
+            // Ctrl-C at the pause drops the rest of the text too.
+            if (BreakFlag) break;
             width = Columns();
             height = ScreenRows();
             cell = nullptr;
