@@ -7,6 +7,7 @@
 #include "app/toolkit/omdib.h"
 #include "app/window_host.h"
 #include "bars/status_bar.h"
+#include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
 #include "lang/shell_command.h"
@@ -282,6 +283,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_KILLFOCUS: DestroyCaret(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_PAINT: OnPaint(window); return 0;
+    case WM_COPYDATA: ServeCopyData(window, wParam, lParam); return 1;
     default: break;
     }
     return DefWindowProcW(window, message, wParam, lParam);
