@@ -41,6 +41,7 @@ public:
     // 8-bit text up to its 0; false when no 0 stands within the payload.
     bool NarrowText(std::string& text)
     {
+        if (Left() == 0) return false;
         const void* end = std::memchr(data_ + at_, 0, Left());
         if (!end) return false;
         size_t length = size_t(static_cast<const uint8_t*>(end) - (data_ + at_));
