@@ -9,6 +9,7 @@
 #include "files/arg_paths.h"
 #include "files/descriptions.h"
 #include "files/file_walker.h"
+#include "input/editor.h"
 #include "lang/command_args.h"
 #include "lang/shell_command.h"
 #include "lang/text_stream.h"
@@ -20,6 +21,7 @@
 
 #include <cwchar>
 #include <map>
+#include <new>
 
 SystemCallServer TheCallServer;
 
@@ -153,15 +155,23 @@ SystemCallServer::Answer SystemCallServer::TextOrFail(const wchar_t* text, bool 
     return Answer::Data;
 }
 
+bool SystemCallServer::GrowReply(size_t characters)
+{
+    if (characters > kReplyLimit) return false;
+    try {
+        reply_.resize(characters);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
 void SystemCallServer::Serve(HWND window, HWND sender, const COPYDATASTRUCT& request)
 {
     if (!SenderAllowed(sender)) return;
-    if (request.cbData > reply_.size()) {
-        if (request.cbData > kReplyLimit) {
-            ReportId(13);
-            return;
-        }
-        reply_.resize(request.cbData);
+    if (request.cbData > reply_.size() && !GrowReply(request.cbData)) {
+        ReportId(13);
+        return;
     }
     CallPayload in(request.lpData, request.cbData);
     Answer answer = Handle(DWORD(request.dwData), in, request.cbData);
@@ -627,7 +637,7 @@ SystemCallServer::Answer SystemCallServer::HandleServices(DWORD code, CallPayloa
         break;
     case 0x3C:
         if (!in.Int(value)) value = -1;
-        if (value == 0) PutInt(0, Host->Interactive() ? 0 : 1);
+        if (value == 0) PutInt(0, TheEditor.Input.IsOpen() ? 1 : 0);
         else if (value == 1) PutInt(0, TheScreen.Redirected ? 1 : 0);
         else PutInt(0, value == 2 ? 0 : -1);
         break;

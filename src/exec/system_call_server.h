@@ -53,6 +53,8 @@ private:
     std::vector<DWORD> clients_;
 
     bool SenderAllowed(HWND sender) const;
+    // false when the reply cannot have that many characters.
+    bool GrowReply(size_t characters);
     Answer Handle(DWORD code, CallPayload& in, DWORD size);
     Answer HandleText(DWORD code, CallPayload& in, DWORD size, bool& handled);
     Answer HandleScreen(DWORD code, CallPayload& in, DWORD size, bool& handled);

@@ -155,6 +155,22 @@ TEST(SystemCall, EdgesOfTheTable)
     std::string oneTxt(narrowPattern.substr(0, narrowPattern.size() - 5) + "one.txt");
     EXPECT_EQ(NarrowAnswer(Send(0x2A, Narrow(oneTxt.c_str()))), "the first file");
 
+    // Streams: only 0 to 2 are known, and standard error is never redirected.
+    EXPECT_EQ(FirstInt(Send(0x3C, Ints({2}))), 0);
+    EXPECT_EQ(FirstInt(Send(0x3C, Ints({5}))), -1);
+
+    // A nested run answers with its ErrorLevel; the diagnostic form shows
+    // the payload around the run.
+    EXPECT_EQ(FirstInt(Send(0x3B, Narrow("set NESTED=7"))), 0);
+    wchar_t nested[8] = {};
+    GetEnvironmentVariableW(L"NESTED", nested, 8);
+    EXPECT_STREQ(nested, L"7");
+    Send(0x46, Narrow("rem"));
+    std::wstring shown;
+    for (int row = 0; row < TheScreen.CursorY; ++row) shown += TheScreen.RowText(row) + L"\n";
+    EXPECT_NE(shown.find(L"W_SYSTEMCALL2 received\nbyte size: 4\n"), std::wstring::npos) << shown;
+    EXPECT_NE(shown.find(L"W_SYSTEMCALL2 leaving\norg byte size: 4\n"), std::wstring::npos) << shown;
+
     // A break turns every reply's code to 0x39 until it is cleared.
     TheScreen.BreakFlag = 1;
     EXPECT_EQ(Send(0x2D, {}).code, 0x39u);
