@@ -8,6 +8,7 @@
 #include "app/window_host.h"
 #include "app/window_mouse.h"
 #include "bars/status_bar.h"
+#include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "input/editor_links.h"
 #include "input/history.h"
@@ -285,6 +286,7 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_KILLFOCUS: DestroyCaret(); return 0;
     case WM_DROPFILES: OnDropFiles(reinterpret_cast<HDROP>(wParam)); return 0;
     case WM_PAINT: OnPaint(window); return 0;
+    case WM_COPYDATA: ServeCopyData(window, wParam, lParam); return 1;
     default:
         if (OnMouseMessage(window, message, wParam, lParam)) return 0;
         break;

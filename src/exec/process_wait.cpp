@@ -3,6 +3,7 @@
 #include "app/errors.h"
 #include "app/host.h"
 #include "app/profile/profile.h"
+#include "exec/system_call_server.h"
 #include "exec/task_list.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
@@ -104,6 +105,8 @@ void StartAndWait(RunState& state, const ProcessStart& start)
     // While GUIStart is on a GUI program gives the prompt back at once.
     int kind = ProfileReadInt(L"Ombrel", L"GUIStart", 1) ? start.Kind : 1;
     if (!start.NoWait && kind != 0) {
+        // Requests from the program and its descendants are served only now.
+        ServedProgram served(info.dwProcessId);
         WaitEnd end = WaitForProgram(info.hProcess, start.MayBackground);
         if (end == WaitEnd::Background) {
             int number = TheTasks.Add(info.hProcess, info.dwProcessId, ShortName(start.Shown));

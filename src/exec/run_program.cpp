@@ -9,6 +9,7 @@
 #include "exec/process_wait.h"
 #include "exec/program_search.h"
 #include "exec/shortcut_launch.h"
+#include "exec/system_call_server.h"
 #include "lang/command_args.h"
 #include "lang/directories.h"
 #include "lang/shell_command.h"
@@ -56,7 +57,7 @@ void RunDirectoryCase(const wchar_t* word, bool noWait)
 std::wstring WindowNumber()
 {
     wchar_t digits[24];
-    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(MainWindow)), digits, 10);
+    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(CallWindow())), digits, 10);
     return digits;
 }
 
