@@ -10,6 +10,7 @@
 #include "files/descriptions.h"
 #include "files/file_walker.h"
 #include "input/editor.h"
+#include "lang/environment_index.h"
 #include "lang/command_args.h"
 #include "lang/shell_command.h"
 #include "lang/text_stream.h"
@@ -604,11 +605,8 @@ SystemCallServer::Answer SystemCallServer::HandleServices(DWORD code, CallPayloa
             Fail();
             break;
         }
-        DWORD n = GetEnvironmentVariableW(text.c_str(), nullptr, 0);
-        std::wstring found(n > 0 ? n : 1, L'\0');
-        n = n > 0 ? GetEnvironmentVariableW(text.c_str(), found.data(), n) : 0;
-        found.resize(n);
-        PutText(found, wide);
+        const std::wstring* found = FindEnvironment(text.c_str());
+        PutText(found ? *found : std::wstring(), wide);
         break;
     }
     case 0x31:
@@ -618,7 +616,7 @@ SystemCallServer::Answer SystemCallServer::HandleServices(DWORD code, CallPayloa
         if (TextArgument(in, wide, text)) equals = text.find(L'=', 1);
         if (equals != std::wstring::npos) {
             std::wstring name = text.substr(0, equals), setting = text.substr(equals + 1);
-            if (SetEnvironmentVariableW(name.c_str(), setting.empty() ? nullptr : setting.c_str())) result = 0;
+            if (WriteEnvironment(name.c_str(), setting.empty() ? nullptr : setting.c_str())) result = 0;
         }
         std::memcpy(Bytes(), &result, 2);
         break;
