@@ -2,8 +2,7 @@
 // confirmed deletion, recursive runs, descriptions kept in step, and no
 // recursive command ever reaching through a junction.
 #include "command_run.h"
-
-#include <winioctl.h>
+#include "files_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -157,33 +156,6 @@ TEST(Rd, RemovesEmptyDirectoriesAndTheirDescriptions)
     EXPECT_TRUE(f.Exists(L"full\\a.txt"));
 }
 
-// A junction from inside a tree to a folder outside it; false where the
-// file system cannot make one (Wine has no reparse points).
-bool MakeJunction(const std::wstring& link, const std::wstring& target)
-{
-    if (!CreateDirectoryW(link.c_str(), nullptr)) return false;
-    HANDLE h = CreateFileW(link.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                           FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
-    std::wstring substitute = L"\\??\\" + target, print = target;
-    struct {
-        DWORD tag;
-        WORD length, reserved, substituteOffset, substituteLength, printOffset, printLength;
-        wchar_t paths[1024];
-    } buffer{};
-    buffer.tag = IO_REPARSE_TAG_MOUNT_POINT;
-    buffer.substituteLength = WORD(substitute.size() * 2);
-    buffer.printOffset = WORD(substitute.size() * 2 + 2);
-    buffer.printLength = WORD(print.size() * 2);
-    substitute.copy(buffer.paths, substitute.size());
-    print.copy(buffer.paths + substitute.size() + 1, print.size());
-    buffer.length = WORD(8 + (substitute.size() + print.size() + 2) * 2);
-    DWORD got = 0;
-    BOOL made = DeviceIoControl(h, FSCTL_SET_REPARSE_POINT, &buffer, buffer.length + 8, nullptr, 0, &got, nullptr);
-    CloseHandle(h);
-    if (!made) RemoveDirectoryW(link.c_str());
-    return made && (GetFileAttributesW(link.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT);
-}
-
 TEST(Junctions, RecursiveCommandsRemoveTheLinkAndLeaveItsTarget)
 {
     TempFolder f;
@@ -194,13 +166,14 @@ TEST(Junctions, RecursiveCommandsRemoveTheLinkAndLeaveItsTarget)
     for (const wchar_t* line : lines) {
         MakeDirectory(f, L"t");
         MakeDirectory(f, L"t\\a");
-        if (!MakeJunction(f / L"t\\link", f / L"outside"))
-            GTEST_SKIP() << "this file system cannot make a junction";
+        // A junction where the file system makes one, else a directory link.
+        if (!MakeJunction(f / L"t\\link", f / L"outside") && !MakeDirectoryLink(f / L"t\\link", f / L"outside"))
+            GTEST_SKIP() << "this file system makes neither a junction nor a directory link";
         RunLine(f, line);
         EXPECT_TRUE(f.Exists(L"outside\\keep.txt")) << line;
         EXPECT_TRUE(f.Exists(L"outside\\sub")) << line;
         // What remains of the tree goes before the next turn, link first.
-        RemoveDirectoryW((f / L"t\\link").c_str());
+        RemoveLink(f / L"t\\link");
         RemoveDirectoryW((f / L"t\\a").c_str());
         RemoveDirectoryW((f / L"t").c_str());
     }
