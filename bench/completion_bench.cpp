@@ -119,6 +119,7 @@ int main(int argc, char** argv)
         {"every name", L"type fi", L"fi*"},
         {"one name", L"type file000042", L"file000042*"},
         {"ten names", L"type file00004", L"file00004*"},
+        {"first word", L"file000042", L"file000042*"},
     };
     std::printf("%-12s %17s %17s %17s %17s\n", "first/best", "TAB short", "TAB cycling", "search alone",
                 "cmd dir /b");

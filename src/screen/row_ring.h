@@ -35,7 +35,7 @@ public:
     int Rows() const { return rows_; }
     bool Valid() const { return cells_ != nullptr; }
 
-    const ScreenCell* Row(int r) const { return Ready(const_cast<RowRing*>(this)->Slot(r)).Cells; }
+    const ScreenCell* Row(int r) const { return Ready(Slot(r)).Cells; }
     // The row for writing in columns 0 to upTo - 1.
     ScreenCell* Touch(int r, int upTo)
     {
@@ -72,19 +72,19 @@ private:
     }
     static void Recycle(RowSlot& slot);
 
-    RowSlot& Slot(int r)
+    RowSlot& Slot(int r) const
     {
         int slot = base_ + r;
         if (slot >= rows_) slot -= rows_;
         return slots_[size_t(slot)];
     }
-    const RowSlot& Slot(int r) const { return const_cast<RowRing*>(this)->Slot(r); }
     void Rotate(int first, int last, int shift);
     void RecycleRows(int first, int last, uint16_t attr);
     void MarkRecycled(RowSlot& slot, uint16_t attr) const;
 
     ScreenCell* cells_ = nullptr;
-    std::vector<RowSlot> slots_;
+    // Reading a row may make a fallen-off row blank, which changes no text.
+    mutable std::vector<RowSlot> slots_;
     int base_ = 0;
     int rows_ = 0;
     int stride_ = 0;
