@@ -21,6 +21,26 @@ wchar_t FoldUpper(wchar_t c)
 
 uint64_t EntrySize(const FileEntry& e) { return (uint64_t(e.nFileSizeHigh) << 32) | e.nFileSizeLow; }
 
+// A plain file, with any read-only or archive state, or an entry with no
+// attribute outside allowance; hidden ones only when allowance has the bit.
+bool AllowedFile(DWORD attributes, DWORD allowance)
+{
+    DWORD a = attributes & kWalkAttributes;
+    if ((a & FILE_ATTRIBUTE_HIDDEN) && !(allowance & FILE_ATTRIBUTE_HIDDEN)) return false;
+    return a == 0 || (a & ~(allowance | FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE)) == 0;
+}
+
+// The search without short names and with large reads; systems that do not
+// know that level or flag get the plain search.
+HANDLE FindFirstQuick(const wchar_t* path, FileEntry& found)
+{
+    HANDLE find = FindFirstFileExW(path, FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                                   FIND_FIRST_EX_LARGE_FETCH);
+    if (find == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
+        find = FindFirstFileW(path, &found);
+    return find;
+}
+
 bool PrecedesByName(const FileEntry* a, const FileEntry* b) { return CompareNames(a->cFileName, b->cFileName) < 0; }
 
 } // namespace
@@ -146,12 +166,23 @@ template <class Accept> int FileWalker::Walk(const wchar_t* pattern, bool withTo
 
 int FileWalker::WalkFiles(const wchar_t* pattern, DWORD allowance)
 {
-    DWORD allowed = allowance | FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE;
-    return Walk(pattern, true, [=](const FileEntry& e) {
-        DWORD a = e.dwFileAttributes & kWalkAttributes;
-        if ((a & FILE_ATTRIBUTE_HIDDEN) && !(allowance & FILE_ATTRIBUTE_HIDDEN)) return false;
-        return a == 0 || (a & ~allowed) == 0;
-    });
+    return Walk(pattern, true, [=](const FileEntry& e) { return AllowedFile(e.dwFileAttributes, allowance); });
+}
+
+int FileWalker::VisitFiles(const wchar_t* pattern, DWORD allowance,
+                           const std::function<void(const FileEntry&)>& visit)
+{
+    std::wstring holder;
+    FileEntry found;
+    UniqueFindHandle find(FindFirstQuick(PlatformPath(pattern, holder), found));
+    if (!find) return 1;
+    bool visited = false;
+    do {
+        if (!AllowedFile(found.dwFileAttributes, allowance)) continue;
+        visit(found);
+        visited = true;
+    } while (!TheScreen.BreakFlag && FindNextFileW(find.get(), &found));
+    return visited ? 0 : 1;
 }
 
 int FileWalker::WalkFilesByAttributes(const wchar_t* pattern, DWORD mustHave, DWORD mustNotHave)

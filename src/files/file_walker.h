@@ -14,6 +14,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -61,6 +62,11 @@ public:
     // Plain files, with any read-only or archive state, plus what allowance
     // adds of 0x37; hidden entries only when allowance has the hidden bit.
     int WalkFiles(const wchar_t* pattern, DWORD allowance);
+    // The entries WalkFiles would collect, each handed to visit and none kept,
+    // in the order the system gives them: for callers that keep only a name,
+    // such as TAB completion in a folder of many thousand entries. The search
+    // leaves out short names and reads in large blocks where the system can.
+    int VisitFiles(const wchar_t* pattern, DWORD allowance, const std::function<void(const FileEntry&)>& visit);
     // Entries with every mustHave bit and no mustNotHave bit within 0x37.
     int WalkFilesByAttributes(const wchar_t* pattern, DWORD mustHave, DWORD mustNotHave);
     // Subdirectories only, never "." or "..": no sizes, no cluster look-up.

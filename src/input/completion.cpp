@@ -107,28 +107,29 @@ void FinishName(const TabCandidate& candidate, bool whole)
 // is one candidate's complete name.
 std::wstring CommonPrefix(int typedLength, bool& whole)
 {
-    const auto& items = candidates.Items;
     whole = true;
-    if (items.size() == 1) return items[0].Name;
-    const std::wstring& first = items[0].Name;
+    std::wstring_view first = candidates[0].Name;
+    if (candidates.size() == 1) return std::wstring(first);
+    auto unitAt = [](std::wstring_view name, int position) {
+        return position < int(name.size()) ? ToUpperUnit(name[size_t(position)]) : wchar_t(0);
+    };
     for (int position = typedLength; position < candidates.Longest; ++position) {
-        wchar_t unit = position < int(first.size()) ? ToUpperUnit(first[size_t(position)]) : 0;
-        for (const TabCandidate& other : items) {
-            wchar_t theirs = position < int(other.Name.size()) ? ToUpperUnit(other.Name[size_t(position)]) : 0;
-            if (theirs == unit) continue;
+        wchar_t unit = unitAt(first, position);
+        for (size_t i = 0; i < candidates.size(); ++i) {
+            std::wstring_view other = candidates[i].Name;
+            if (unitAt(other, position) == unit) continue;
             whole = false;
-            return other.Name.substr(0, size_t(position));
+            return std::wstring(other.substr(0, size_t(position)));
         }
     }
-    return first;
+    return std::wstring(first);
 }
 
 void ListCandidates()
 {
-    const auto& items = candidates.Items;
     int cellWidth = std::min(candidates.Longest + 3, ScreenWidth - 1);
     int columns = std::max(1, ScreenWidth / std::max(1, cellWidth));
-    int rows = std::max(1, (int(items.size()) - 1) / columns + 1);
+    int rows = std::max(1, (int(candidates.size()) - 1) / columns + 1);
 
     ToEnd();
     Host->HideCaret();
@@ -140,10 +141,12 @@ void ListCandidates()
         for (int column = 0; column < columns; ++column) {
             size_t i = size_t(row + column * rows);
             std::wstring cell;
-            if (i < items.size()) {
-                cell = IsDirectory(items[i]) ? L"[" + items[i].Name + L"]" : items[i].Name;
-                UseItem(IsDirectory(items[i]) ? Item::Number
-                        : items[i].Attributes == kCommandMark ? Item::Text : Item::FileName);
+            if (i < candidates.size()) {
+                TabCandidate item = candidates[i];
+                cell = item.Name;
+                if (IsDirectory(item)) cell = L"[" + cell + L"]";
+                UseItem(IsDirectory(item) ? Item::Number
+                        : item.Attributes == kCommandMark ? Item::Text : Item::FileName);
             }
             if (int(cell.size()) < cellWidth) cell.append(size_t(cellWidth) - cell.size(), L' ');
             MapCase(cell);
@@ -175,9 +178,9 @@ void NextCandidate()
     TheEditor.Caret = LineLength();
     RemoveFromEnd(lastTyped);
     lastTyped = 0;
-    if (++cycleIndex >= int(candidates.Items.size())) cycleIndex = 0;
-    const TabCandidate& candidate = candidates.Items[size_t(cycleIndex)];
-    std::wstring name = candidate.Name;
+    if (++cycleIndex >= int(candidates.size())) cycleIndex = 0;
+    TabCandidate candidate = candidates[size_t(cycleIndex)];
+    std::wstring name(candidate.Name);
     MapCase(name);
     Type(name);
     FinishName(candidate, true);
@@ -257,14 +260,13 @@ void CompleteTab()
     candidates.Sort();
     ShowTokenUnixForm(start);
 
-    const auto& items = candidates.Items;
-    if (TheTabSettings.ShortTabs && HasWildcard(namePattern.c_str()) && items.size() != 1) {
-        if (items.empty()) return;
+    if (TheTabSettings.ShortTabs && HasWildcard(namePattern.c_str()) && candidates.size() != 1) {
+        if (candidates.empty()) return;
         PlaySoundEvent(kTabSound);
         if (TheTabSettings.AutoDir) ListCandidates();
         return;
     }
-    if (items.empty()) return;
+    if (candidates.empty()) return;
     if (CtrlHeld()) {
         ListCandidates();
         PlaySoundEvent(kTabSound);
@@ -273,14 +275,14 @@ void CompleteTab()
     }
 
     bool whole = true;
-    std::wstring text = TheTabSettings.ShortTabs ? CommonPrefix(typedLength, whole) : items[0].Name;
+    std::wstring text = TheTabSettings.ShortTabs ? CommonPrefix(typedLength, whole) : std::wstring(candidates[0].Name);
     MapCase(text);
     TheEditor.Caret = LineLength();
     RemoveFromEnd(typedLength);
     lastTyped = 0;
     Type(text);
-    FinishName(items[0], !TheTabSettings.ShortTabs || whole);
-    if (items.size() < 2) return;
+    FinishName(candidates[0], !TheTabSettings.ShortTabs || whole);
+    if (candidates.size() < 2) return;
     PlaySoundEvent(kTabSound);
     cycleIndex = 0;
     TheEditor.Cycling = 1;

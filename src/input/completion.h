@@ -5,7 +5,9 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -25,21 +27,31 @@ struct TabSettings {
 extern TabSettings TheTabSettings;
 
 // One candidate: a directory entry, or a command (attribute kCommandMark).
+// The name stays valid until the list changes.
 struct TabCandidate {
-    std::wstring Name;
+    std::wstring_view Name;
     DWORD Attributes = 0;
 };
 
 constexpr DWORD kCommandMark = 8;
 
-// The candidates of the last completion, in the order offered.
+// The candidates of the last completion, in the order offered. The names
+// stand end to end in one buffer, each followed by its upper-cased sort key,
+// so a folder of a hundred thousand entries costs no allocation per entry
+// and sorting compares plain keys.
 class CandidateList {
 public:
-    std::vector<TabCandidate> Items;
     int Longest = 0;
 
     void Clear();
-    void Add(const wchar_t* name, DWORD attributes);
+    size_t size() const { return entries_.size(); }
+    bool empty() const { return entries_.empty(); }
+    TabCandidate operator[](size_t i) const
+    {
+        const Entry& entry = entries_[i];
+        return {std::wstring_view(text_.data() + entry.Offset, entry.Length), entry.Attributes};
+    }
+    void Add(std::wstring_view name, DWORD attributes);
     // A command, its name cut at the first dot; a second one of the same
     // name, whatever its case, is dropped.
     void AddCommand(const wchar_t* name);
@@ -52,8 +64,16 @@ public:
     void AddCommands(const wchar_t* pattern, bool firstColumn);
 
 private:
+    struct Entry {
+        uint32_t Offset; // of the name in text_; the key follows its terminator
+        uint32_t Length;
+        DWORD Attributes;
+    };
+
     void AddPathPrograms(const wchar_t* pattern);
 
+    std::vector<wchar_t> text_;
+    std::vector<Entry> entries_;
     std::unordered_set<std::wstring> commandKeys_;
 };
 

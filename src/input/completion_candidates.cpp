@@ -8,6 +8,7 @@
 #include "lang/dispatch.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <vector>
 
 namespace {
@@ -26,10 +27,10 @@ bool StartsWithI(const wchar_t* text, const wchar_t* prefix)
     return true;
 }
 
-int Group(const TabCandidate& candidate)
+int Group(DWORD attributes)
 {
-    if (candidate.Attributes == kCommandMark) return 0;
-    return (candidate.Attributes & FILE_ATTRIBUTE_DIRECTORY) ? 1 : 2;
+    if (attributes == kCommandMark) return 0;
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) ? 1 : 2;
 }
 
 // Applications registered under App Paths whose key begins with the pattern,
@@ -62,15 +63,20 @@ TabSettings::TabSettings()
 
 void CandidateList::Clear()
 {
-    Items.clear();
+    text_.clear();
+    entries_.clear();
     commandKeys_.clear();
     Longest = 0;
 }
 
-void CandidateList::Add(const wchar_t* name, DWORD attributes)
+void CandidateList::Add(std::wstring_view name, DWORD attributes)
 {
-    Items.push_back({name, attributes});
-    Longest = std::max(Longest, int(Items.back().Name.size()));
+    entries_.push_back({uint32_t(text_.size()), uint32_t(name.size()), attributes});
+    text_.insert(text_.end(), name.begin(), name.end());
+    text_.push_back(0);
+    for (wchar_t unit : name) text_.push_back(ToUpperUnit(unit));
+    text_.push_back(0);
+    Longest = std::max(Longest, int(name.size()));
 }
 
 void CandidateList::AddCommand(const wchar_t* name)
@@ -78,20 +84,19 @@ void CandidateList::AddCommand(const wchar_t* name)
     std::wstring shown = name;
     shown = shown.substr(0, shown.find(L'.'));
     if (!commandKeys_.insert(UpperKey(shown)).second) return;
-    Add(shown.c_str(), kCommandMark);
+    Add(shown, kCommandMark);
 }
 
 void CandidateList::Sort()
 {
-    std::vector<std::pair<std::wstring, size_t>> keys;
-    keys.reserve(Items.size());
-    for (size_t i = 0; i < Items.size(); ++i)
-        keys.emplace_back(wchar_t(L'0' + Group(Items[i])) + UpperKey(Items[i].Name), i);
-    std::sort(keys.begin(), keys.end());
-    std::vector<TabCandidate> sorted;
-    sorted.reserve(Items.size());
-    for (const auto& key : keys) sorted.push_back(std::move(Items[key.second]));
-    Items = std::move(sorted);
+    const wchar_t* text = text_.data();
+    auto precedes = [text](const Entry& a, const Entry& b) {
+        int groupA = Group(a.Attributes), groupB = Group(b.Attributes);
+        if (groupA != groupB) return groupA < groupB;
+        return std::wcscmp(text + a.Offset + a.Length + 1, text + b.Offset + b.Length + 1) < 0;
+    };
+    // Stable, so that names of the same key keep the order they came in.
+    std::stable_sort(entries_.begin(), entries_.end(), precedes);
 }
 
 void CandidateList::AddCommands(const wchar_t* pattern, bool firstColumn)
@@ -104,12 +109,9 @@ void CandidateList::AddCommands(const wchar_t* pattern, bool firstColumn)
 
 void CandidateList::AddFiles(const wchar_t* pattern, DWORD mask)
 {
-    if (TheWalker.WalkFiles(pattern, mask)) return;
-    Items.reserve(Items.size() + size_t(TheWalker.count));
-    for (int i = 0; i < TheWalker.count; ++i) {
-        const FileEntry& entry = *TheWalker.entries[i];
+    TheWalker.VisitFiles(pattern, mask, [this](const FileEntry& entry) {
         if (!IsDotName(entry.cFileName)) Add(entry.cFileName, entry.dwFileAttributes);
-    }
+    });
 }
 
 void CandidateList::AddPathPrograms(const wchar_t* pattern)

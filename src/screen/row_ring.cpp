@@ -6,7 +6,7 @@
 RowRing::RowRing(ScreenCell* cells, int rows, int stride) : cells_(cells), rows_(rows), stride_(stride)
 {
     slots_.resize(size_t(rows));
-    for (int r = 0; r < rows; ++r) slots_[size_t(r)] = RowSlot{cells + int64_t(r) * stride, stride, 0};
+    for (int r = 0; r < rows; ++r) slots_[size_t(r)] = RowSlot{cells + int64_t(r) * stride, stride, 0, false};
 }
 
 RowRing::RowRing(RowRing&& other) noexcept
@@ -34,6 +34,11 @@ RowRing::~RowRing() { cells::free(cells_, int64_t(rows_) * stride_); }
 void RowRing::BlankRow(int r, uint16_t attr)
 {
     RowSlot& slot = Slot(r);
+    // A fallen-off row blanked again only changes the blank it waits for.
+    if (slot.Recycled) {
+        MarkRecycled(slot, attr);
+        return;
+    }
     int upTo = slot.BlankAttr == attr ? slot.DirtyTo : stride_;
     cells::clear_screen(slot.Cells, attr, upTo);
     // A blank that kept a longer buffer is not a plain blank.
@@ -44,22 +49,26 @@ void RowRing::BlankRow(int r, uint16_t attr)
     slot.BlankAttr = attr;
 }
 
-// The rows fall off and come back as fresh blank rows: their text is freed
-// and every cell is a one-unit blank again.
+void RowRing::MarkRecycled(RowSlot& slot, uint16_t attr) const
+{
+    if (slot.BlankAttr != attr) slot.DirtyTo = stride_;
+    slot.BlankAttr = attr;
+    slot.Recycled = slot.DirtyTo > 0;
+}
+
+// A fallen-off row comes back as a fresh blank row: its text is freed and
+// every cell it used is a one-unit blank again.
+void RowRing::Recycle(RowSlot& slot)
+{
+    ReleaseTexts(slot.Cells, slot.DirtyTo);
+    FillBlanks(slot.Cells, slot.DirtyTo, slot.BlankAttr);
+    slot.DirtyTo = 0;
+    slot.Recycled = false;
+}
+
 void RowRing::RecycleRows(int first, int last, uint16_t attr)
 {
-    for (int r = first; r < last; ++r) {
-        RowSlot& slot = Slot(r);
-        int upTo = slot.BlankAttr == attr ? slot.DirtyTo : stride_;
-        for (int x = 0; x < upTo; ++x) {
-            ScreenCell& cell = slot.Cells[x];
-            ReleaseText(cell);
-            cell.Capacity = 0;
-        }
-        cells::clear_screen(slot.Cells, attr, upTo);
-        slot.DirtyTo = 0;
-        slot.BlankAttr = attr;
-    }
+    for (int r = first; r < last; ++r) MarkRecycled(Slot(r), attr);
 }
 
 // Turns rows first to last - 1 so that row first + shift comes to first.

@@ -10,6 +10,11 @@
 // Blanking the row again only has to touch the written part, which keeps a
 // scroll to the columns that were used. Writers therefore reach a row only
 // through Touch, naming how far they may write.
+//
+// A row that falls off is not blanked at once: its slot is marked, and the
+// row is made blank when it is next reached (Row or Touch), which is when a
+// writer comes to it anyway. So a scroll costs the same whatever the rows
+// held, and a row that scrolls through unwritten never costs anything.
 #pragma once
 
 #include "screen/screen_cell.h"
@@ -30,11 +35,11 @@ public:
     int Rows() const { return rows_; }
     bool Valid() const { return cells_ != nullptr; }
 
-    const ScreenCell* Row(int r) const { return Slot(r).Cells; }
+    const ScreenCell* Row(int r) const { return Ready(Slot(r)).Cells; }
     // The row for writing in columns 0 to upTo - 1.
     ScreenCell* Touch(int r, int upTo)
     {
-        RowSlot& slot = Slot(r);
+        RowSlot& slot = Ready(Slot(r));
         if (slot.DirtyTo < upTo) slot.DirtyTo = upTo;
         return slot.Cells;
     }
@@ -54,20 +59,32 @@ private:
         ScreenCell* Cells;
         int DirtyTo;
         uint16_t BlankAttr;
+        // The row fell off: cells 0 to DirtyTo - 1 wait to come back as
+        // fresh blanks in BlankAttr.
+        bool Recycled;
     };
 
-    RowSlot& Slot(int r)
+    // The slot with a fallen-off row made blank.
+    static RowSlot& Ready(RowSlot& slot)
+    {
+        if (slot.Recycled) Recycle(slot);
+        return slot;
+    }
+    static void Recycle(RowSlot& slot);
+
+    RowSlot& Slot(int r) const
     {
         int slot = base_ + r;
         if (slot >= rows_) slot -= rows_;
         return slots_[size_t(slot)];
     }
-    const RowSlot& Slot(int r) const { return const_cast<RowRing*>(this)->Slot(r); }
     void Rotate(int first, int last, int shift);
     void RecycleRows(int first, int last, uint16_t attr);
+    void MarkRecycled(RowSlot& slot, uint16_t attr) const;
 
     ScreenCell* cells_ = nullptr;
-    std::vector<RowSlot> slots_;
+    // Reading a row may make a fallen-off row blank, which changes no text.
+    mutable std::vector<RowSlot> slots_;
     int base_ = 0;
     int rows_ = 0;
     int stride_ = 0;

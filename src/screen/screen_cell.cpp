@@ -81,6 +81,28 @@ void ReleaseText(ScreenCell& cell)
     cell.LongText = kNoBuffer;
 }
 
+void ReleaseTexts(ScreenCell* first, int cellCount)
+{
+    const LongTextTable& table = LongTexts();
+    if (table.Texts.size() == table.Unused.size()) return;
+    for (int i = 0; i < cellCount; ++i)
+        if (first[i].Capacity > kInlineUnits) ReleaseText(first[i]);
+}
+
+void FillBlanks(ScreenCell* first, int cellCount, uint16_t attr)
+{
+    ++CellCounters.clear_screen;
+    CellCounters.toblank += uint32_t(cellCount);
+    ScreenCell blank{};
+    blank.Attr = attr;
+    blank.Capacity = 1;
+    blank.Inline[0] = L' ';
+    // Eight bytes at a time, which the compiler turns into wide stores.
+    uint64_t bits;
+    std::memcpy(&bits, &blank, sizeof(bits));
+    for (int i = 0; i < cellCount; ++i) std::memcpy(first + i, &bits, sizeof(bits));
+}
+
 bool IsSingleUnit(const wchar_t* text)
 {
     wchar_t unit = text[0];

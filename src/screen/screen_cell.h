@@ -103,5 +103,10 @@ void move(ScreenCell* source, ScreenCell* destination, int64_t cellCount);
 
 // Frees a long text without counting; the cell keeps its other bytes.
 void ReleaseText(ScreenCell& cell);
+// ReleaseText over cells; nothing to do while no long text lives.
+void ReleaseTexts(ScreenCell* first, int cellCount);
+// Makes cells fresh one-unit blanks, whatever they held before: the buffers
+// must have been released. Counts as clear_screen.
+void FillBlanks(ScreenCell* first, int cellCount, uint16_t attr);
 // The diagnostic: one line per counter, through the writer.
 void PrintCellCounters();

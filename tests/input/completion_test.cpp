@@ -144,6 +144,36 @@ TEST_F(CompletionTest, CyclingStylePutsEachCandidateInTurn)
     EXPECT_EQ(Line(), L"type alpha.txt ");
 }
 
+// Directories come before files, names sort without regard to case, and the
+// common part takes the case of the candidate that first differs; hidden
+// files count only when asked for.
+TEST_F(CompletionTest, CandidatesComeInOrderWhateverTheirCase)
+{
+    for (const wchar_t* name : {L"GAMMA2.txt", L"Gamma1.txt", L"gamma0.txt"}) folder.WriteBytes(name, "x");
+    CreateDirectoryW((folder / L"gammaz").c_str(), nullptr);
+    ASSERT_TRUE(SetFileAttributesW((folder / L"gamma0.txt").c_str(), FILE_ATTRIBUTE_HIDDEN));
+    struct Case {
+        int ShortTabs;
+        int IncHidden;
+        const wchar_t* Lines[5]; // after the first TAB and each later one
+    };
+    const Case cases[] = {
+        {1, 0, {L"type Gamma"}},
+        {0, 0, {L"type gammaz\\", L"type Gamma1.txt ", L"type GAMMA2.txt ", L"type gammaz\\"}},
+        {0, 1, {L"type gammaz\\", L"type gamma0.txt ", L"type Gamma1.txt ", L"type GAMMA2.txt "}},
+    };
+    TheTabSettings.AutoDir = 0;
+    for (const Case& c : cases) {
+        TheTabSettings.ShortTabs = c.ShortTabs;
+        TheTabSettings.IncHidden = c.IncHidden;
+        EXPECT_EQ(Complete(L"type gam"), c.Lines[0]);
+        for (int i = 1; i < 5 && c.Lines[i]; ++i) {
+            Links->CompleteTab();
+            EXPECT_EQ(Line(), c.Lines[i]) << c.ShortTabs << c.IncHidden << i;
+        }
+    }
+}
+
 TEST_F(CompletionTest, UnixModeShowsTheSlashForm)
 {
     TheUnixMode.Unix = 1;

@@ -342,3 +342,37 @@ TEST_F(ScreenTest, CountersCountEachCellOperation)
 }
 
 } // namespace
+
+// Rows turn round the ring many times and are blanked only when reached
+// again: history must still read as the lines written, in order, with every
+// cell behind a line a fresh blank, whatever the row held on earlier turns.
+TEST_F(ScreenTest, HistoryAfterManyTurnsReadsAsTheLinesWritten)
+{
+    auto lineText = [](int i) {
+        if (i % 3 == 2) return std::wstring(); // a line end alone touches no cell
+        std::wstring text = L"line " + std::to_wstring(i);
+        if (i % 5 == 0) text += L" e\u0301\u0302\u0303" + std::wstring(size_t(i % 70), L'w');
+        return text;
+    };
+    const int lines = store->Rows() * 5 / 2;
+    store->Locate(0, 23);
+    for (int i = 0; i < lines; ++i) {
+        store->Attr = uint16_t((i % 4 + 1) | ItemValue(Item::BackGrd) << 8);
+        if (!lineText(i).empty()) store->Write(lineText(i).c_str());
+        store->LineFeed();
+    }
+    for (int y = -store->History(); y < 23; ++y) {
+        int i = lines - 23 + y;
+        ASSERT_EQ(Row(y), lineText(i)) << "row " << y;
+        for (int x = int(lineText(i).size()) - (i % 5 == 0 ? 3 : 0); x < MaxWidth; ++x)
+            ASSERT_EQ(store->CellAt(x, y).Capacity, 1) << "cell " << x << ", " << y;
+    }
+
+    // Clearing the screen in a new colour reaches the rows still waiting.
+    store->Attr = uint16_t(7 | ItemValue(Item::BackGrd) << 8);
+    store->ClearScreen();
+    for (int y = 0; y < MaxHeight; ++y)
+        for (int x = 0; x < MaxWidth; ++x)
+            ASSERT_TRUE(cells::isblank(store->CellAt(x, y)) && Foreground(x, y) == 7) << x << ", " << y;
+    EXPECT_EQ(Row(-1), lineText(lines - 24));
+}
