@@ -79,6 +79,8 @@ extern SystemCallServer TheCallServer;
 // The window other programs send their requests to: the main window, or in
 // the console host a message-only window made on first use.
 HWND CallWindow();
+// CallWindow's handle in decimal, as programs are told it.
+std::wstring CallWindowNumber();
 // The handler of WM_COPYDATA for either window; the message's result is 1.
 void ServeCopyData(HWND window, WPARAM wParam, LPARAM lParam);
 

@@ -1,0 +1,127 @@
+#include "relay.h"
+
+#include "exc_client.h"
+
+#include <vector>
+
+namespace {
+
+constexpr unsigned kLookForKeyW = 0x79;
+constexpr unsigned kWaitForKeyW = 0x73;
+// Keys are looked for this often while the program is quiet.
+constexpr DWORD kKeyPollMilliseconds = 25;
+// Text goes to the shell in pieces that fit its reply buffer as it is.
+constexpr size_t kWritePiece = 4000;
+constexpr wchar_t kCtrlC = 3;
+constexpr wchar_t kCtrlZ = 0x1A;
+constexpr wchar_t kBackspace = 8;
+
+std::string Encoded(const std::wstring& text, UINT codePage)
+{
+    int n = WideCharToMultiByte(codePage, 0, text.data(), int(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string bytes(size_t(n > 0 ? n : 0), '\0');
+    if (n > 0) WideCharToMultiByte(codePage, 0, text.data(), int(text.size()), bytes.data(), n, nullptr, nullptr);
+    return bytes;
+}
+
+// A key as request 0x79 or 0x73 answers it: the character in the first bytes.
+wchar_t KeyAnswer(unsigned code)
+{
+    int32_t key = 0;
+    if (ExcCall(code, nullptr, 0, &key, sizeof(key)) < 4) return 0;
+    return wchar_t(key);
+}
+
+} // namespace
+
+void Relay::Run()
+{
+    HANDLE waits[2] = {child_.Process(), child_.OutputEvent()};
+    for (;;) {
+        DWORD woke = WaitForMultipleObjects(2, waits, FALSE, kKeyPollMilliseconds);
+        ShowOutput();
+        if (woke == WAIT_OBJECT_0) break;
+        PassKeys();
+        WatchBreak();
+    }
+    // Everything the program showed reaches the screen before the loader ends.
+    child_.Finish();
+    ShowOutput();
+}
+
+void Relay::ShowOutput()
+{
+    std::string bytes = child_.TakeOutput();
+    if (bytes.empty()) return;
+    std::wstring text = translator_.Translate(bytes.data(), bytes.size());
+    for (size_t done = 0; done < text.size(); done += kWritePiece) Show(text.substr(done, kWritePiece));
+}
+
+void Relay::Show(const std::wstring& text)
+{
+    if (detached_ || text.empty()) return;
+    if (ExcWrite(text.c_str()) == 0) return;
+    detached_ = true;
+    if (!inputEnded_) child_.EndInput();
+    inputEnded_ = true;
+}
+
+void Relay::PassKeys()
+{
+    if (detached_ || inputEnded_) return;
+    for (;;) {
+        wchar_t key = KeyAnswer(kLookForKeyW);
+        if (key == 0) return;
+        if (key == kCtrlZ) {
+            // The shell's input has ended, or Ctrl-Z was typed: so does the program's.
+            child_.EndInput();
+            inputEnded_ = true;
+            return;
+        }
+        PassKey(KeyAnswer(kWaitForKeyW));
+    }
+}
+
+void Relay::PassKey(wchar_t key)
+{
+    if (key == 0) return;
+    if (key == kCtrlC) {
+        child_.Break();
+        return;
+    }
+    if (!child_.PseudoConsole()) {
+        EditLine(key);
+        return;
+    }
+    // A terminal's keys: Backspace is DEL there.
+    child_.Feed(key == kBackspace ? std::string("\x7f") : Encoded(std::wstring(1, key), CP_UTF8));
+}
+
+// On pipes nobody echoes or edits the line: the loader does, as a console
+// would, and hands the program the whole line at Enter.
+void Relay::EditLine(wchar_t key)
+{
+    if (key == L'\r') {
+        Show(L"\r\n");
+        child_.Feed(Encoded(line_ + L"\r\n", CP_ACP));
+        line_.clear();
+        return;
+    }
+    if (key == kBackspace) {
+        if (line_.empty()) return;
+        line_.pop_back();
+        Show(L"\b \b");
+        return;
+    }
+    if (key < 32 && key != L'\t') return;
+    line_ += key;
+    Show(std::wstring(1, key));
+}
+
+void Relay::WatchBreak()
+{
+    if (detached_) return;
+    bool broken = ExcBreakSeen() != 0;
+    if (broken && !breakSent_) child_.Break();
+    breakSent_ = broken;
+}
