@@ -48,13 +48,15 @@ TEST(Capture, TheLoaderShowsTheProgramAndTypesToIt)
     OmbrelSetting noBanner(L"Copyright", 0);
     // In a pseudo console the console echoes a line when the program reads
     // it; on the loader's own pipes the loader echoes the keys as they come.
+    // ombc.exe sends a line out each time it is finished, so the line the
+    // program went back to comes twice there.
     struct Route {
         const wchar_t* pipes;
         std::wstring painted, echoed;
     } routes[] = {
-        {nullptr, L"plain\nred   moved\nname? Bob\nhello Bob\n",
+        {nullptr, L"plain\nred   moved\nred   moved!\nname? Bob\nhello Bob\n",
          L"one\ngot: one\ntwo\ngot: two\n^Z\nlines: 2\n"},
-        {L"1", L"Bob\nplain\nred   moved\nname? hello Bob\n", L"one\ntwo\ngot: one\ngot: two\nlines: 2\n"},
+        {L"1", L"Bob\nplain\nred   moved!\nname? hello Bob\n", L"one\ntwo\ngot: one\ngot: two\nlines: 2\n"},
     };
     for (const Route& route : routes) {
         SetEnvironmentVariableW(L"OMLD32_PIPES", route.pipes);

@@ -42,7 +42,7 @@ TEST_F(LoaderWindowTest, PaintedOutputAndTypedKeysGoThroughTheLoader)
     for (int y = 0; y <= TheScreen.CursorY; ++y) screen += TheScreen.RowText(y) + L"\n";
     // The program starts below what stood on the screen; its cursor move
     // leaves three blank columns.
-    EXPECT_EQ(screen, L"before\nplain\nred   moved\nname? Bob\nhello Bob\n\n");
+    EXPECT_EQ(screen, L"before\nplain\nred   moved!\nname? Bob\nhello Bob\n\n");
     EXPECT_EQ(ErrorLevel, 3);
     // "red" in bright red, as the shell shows ESC[1;31m; "moved" no longer.
     const int brightRed = 2;

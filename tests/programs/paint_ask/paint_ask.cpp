@@ -1,7 +1,8 @@
 // Paints on its console the way console programs do, then asks for a line:
 // "plain", "red" in bright red through the console's colours, "moved" three
-// columns further right by a cursor move, then "name? " and a line read from
-// its input, answered by "hello NAME". The exit code is the length of NAME.
+// columns further right by a cursor move, "!" behind it after a move up a
+// line and back, then "name? " and a line read from its input, answered by
+// "hello NAME". The exit code is the length of NAME.
 #include <windows.h>
 
 #include <cstdio>
@@ -23,10 +24,19 @@ int wmain()
         COORD place = info.dwCursorPosition;
         place.X = SHORT(place.X + 3);
         SetConsoleCursorPosition(out, place);
+        std::printf("moved\n");
+        std::fflush(stdout);
+        // Back up a line to finish it, then down again where the text goes on.
+        GetConsoleScreenBufferInfo(out, &info);
+        COORD below = info.dwCursorPosition;
+        SetConsoleCursorPosition(out, COORD{11, SHORT(below.Y - 1)});
+        std::printf("!");
+        std::fflush(stdout);
+        SetConsoleCursorPosition(out, below);
     } else {
-        std::printf("   ");
+        std::printf("   moved!\n");
     }
-    std::printf("moved\nname? ");
+    std::printf("name? ");
     std::fflush(stdout);
     char name[256] = {};
     if (!std::fgets(name, sizeof(name), stdin)) name[0] = 0;
