@@ -10,8 +10,9 @@ constexpr unsigned kLookForKeyW = 0x79;
 constexpr unsigned kWaitForKeyW = 0x73;
 // Keys are looked for this often while the program is quiet.
 constexpr DWORD kKeyPollMilliseconds = 25;
-// Text goes to the shell in pieces that fit its reply buffer as it is.
-constexpr size_t kWritePiece = 4000;
+// Text goes to the shell in large pieces: each request costs a round trip
+// and a reply as large as the shell's reply buffer, whatever it says.
+constexpr size_t kWritePiece = 30000;
 constexpr wchar_t kCtrlC = 3;
 constexpr wchar_t kCtrlZ = 0x1A;
 constexpr wchar_t kBackspace = 8;
@@ -37,10 +38,15 @@ wchar_t KeyAnswer(unsigned code)
 void Relay::Run()
 {
     HANDLE waits[2] = {child_.Process(), child_.OutputEvent()};
+    ULONGLONG lastLook = 0;
     for (;;) {
         DWORD woke = WaitForMultipleObjects(2, waits, FALSE, kKeyPollMilliseconds);
         ShowOutput();
         if (woke == WAIT_OBJECT_0) break;
+        // While output streams, keys are looked for as often as when it is quiet.
+        ULONGLONG now = GetTickCount64();
+        if (now - lastLook < kKeyPollMilliseconds) continue;
+        lastLook = now;
         PassKeys();
         WatchBreak();
     }
