@@ -12,6 +12,8 @@ constexpr DWORD_PTR kPseudoConsoleAttribute = 0x00020016;
 constexpr DWORD kReadChunk = 1 << 16;
 // The reading thread gets this long to see the end of the output.
 constexpr DWORD kReaderGrace = 3000;
+// How a program stopped after Ctrl-C ends, as one that took it would.
+constexpr UINT kControlCExit = 0xC000013A;
 
 // Looked up at run time: older systems have no pseudo console.
 void* KernelFunction(const char* name)
@@ -70,6 +72,7 @@ ConsoleChild::~ConsoleChild()
 {
     Finish();
     CloseOwned(process_);
+    CloseOwned(job_);
     CloseOwned(outputEvent_);
     DeleteCriticalSection(&lock_);
 }
@@ -144,9 +147,18 @@ bool ConsoleChild::StartHelper(const std::wstring& helper, STARTUPINFOW& startup
 {
     std::wstring line = L"\"" + helper + L"\"";
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(helper.c_str(), line.data(), nullptr, nullptr, inherit ? TRUE : FALSE, flags, nullptr, nullptr,
-                        &startup, &info))
+    if (!CreateProcessW(helper.c_str(), line.data(), nullptr, nullptr, inherit ? TRUE : FALSE,
+                        flags | CREATE_SUSPENDED, nullptr, nullptr, &startup, &info))
         return false;
+    // The helper and everything it starts live in a job, so that a program
+    // that does not end on Ctrl-C can be stopped, and none outlives the loader.
+    job_ = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    if (job_ && !(SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof(limits)) &&
+                  AssignProcessToJobObject(job_, info.hProcess)))
+        CloseOwned(job_);
+    ResumeThread(info.hThread);
     CloseHandle(info.hThread);
     process_ = info.hProcess;
     processId_ = info.dwProcessId;
@@ -209,16 +221,19 @@ void ConsoleChild::EndInput()
 
 void ConsoleChild::Break()
 {
-    if (console_) {
-        Feed("\x03");
-        return;
-    }
-    // The program shares the hidden console of oms32.exe: join it for a moment
-    // and raise Ctrl-C there, not heeding it here.
+    // The program shares the console of oms32.exe (the pseudo console, or a
+    // hidden one): join it for a moment and raise Ctrl-C there, not heeding
+    // it here.
+    FreeConsole();
     if (!AttachConsole(processId_)) return;
     SetConsoleCtrlHandler(nullptr, TRUE);
     GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
     FreeConsole();
+}
+
+void ConsoleChild::Stop()
+{
+    if (job_) TerminateJobObject(job_, kControlCExit);
 }
 
 void ConsoleChild::Finish()

@@ -40,6 +40,8 @@ public:
     void EndInput();
     // Ctrl-C for the program.
     void Break();
+    // Ends the program and whatever it started, as Ctrl-C would.
+    void Stop();
     // After the program ended: the last output is flushed, then the pseudo
     // console is closed. Waits at most a moment for the reading thread.
     void Finish();
@@ -54,6 +56,7 @@ private:
 
     void* console_ = nullptr; // HPCON
     HANDLE process_ = nullptr;
+    HANDLE job_ = nullptr;
     DWORD processId_ = 0;
     HANDLE inputWrite_ = nullptr;
     HANDLE outputRead_ = nullptr;

@@ -16,6 +16,8 @@ constexpr size_t kWritePiece = 30000;
 constexpr wchar_t kCtrlC = 3;
 constexpr wchar_t kCtrlZ = 0x1A;
 constexpr wchar_t kBackspace = 8;
+// A program that has not ended this long after Ctrl-C is stopped.
+constexpr ULONGLONG kBreakGrace = 2000;
 
 std::string Encoded(const std::wstring& text, UINT codePage)
 {
@@ -92,7 +94,7 @@ void Relay::PassKey(wchar_t key)
 {
     if (key == 0) return;
     if (key == kCtrlC) {
-        child_.Break();
+        SendBreak();
         return;
     }
     if (!child_.PseudoConsole()) {
@@ -126,8 +128,18 @@ void Relay::EditLine(wchar_t key)
 
 void Relay::WatchBreak()
 {
+    if (breakAt_ && GetTickCount64() - breakAt_ > kBreakGrace) {
+        child_.Stop();
+        breakAt_ = 0;
+    }
     if (detached_) return;
     bool broken = ExcBreakSeen() != 0;
-    if (broken && !breakSent_) child_.Break();
+    if (broken && !breakSent_) SendBreak();
     breakSent_ = broken;
+}
+
+void Relay::SendBreak()
+{
+    child_.Break();
+    if (!breakAt_) breakAt_ = GetTickCount64();
 }

@@ -1,7 +1,8 @@
 // The relay between a running console program and the shell's window: what
 // the program shows goes to the shell's screen by write requests, keys typed
 // in the shell go to the program, and Ctrl-C in the shell becomes Ctrl-C for
-// the program. When the shell stops answering (the run was sent to the
+// the program (which is stopped when it does not end on it). When the shell
+// stops answering (the run was sent to the
 // background), the program runs on without a screen and its input ends.
 #pragma once
 
@@ -24,11 +25,13 @@ private:
     void PassKey(wchar_t key);
     void EditLine(wchar_t key);
     void WatchBreak();
+    void SendBreak();
 
     ConsoleChild& child_;
     VtTranslator& translator_;
     bool detached_ = false;   // the shell no longer answers
     bool inputEnded_ = false;
     bool breakSent_ = false;
+    ULONGLONG breakAt_ = 0;   // when Ctrl-C went to the program, else 0
     std::wstring line_;       // the line typed so far, on pipes
 };

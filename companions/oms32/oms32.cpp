@@ -38,6 +38,10 @@ HANDLE InheritableStandard(DWORD which)
     return h;
 }
 
+// Ctrl-C is the program's to take: the helper stays to report its exit code.
+// (A handler, not the ignore flag, which the program would inherit.)
+BOOL WINAPI KeepRunning(DWORD) { return TRUE; }
+
 void Complain(const std::wstring& text)
 {
     std::wstring line = L"oms32: " + text + L"\r\n";
@@ -68,6 +72,7 @@ int wmain()
         return int(kHelperCannotStart);
     }
 
+    SetConsoleCtrlHandler(KeepRunning, TRUE);
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;

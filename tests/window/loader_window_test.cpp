@@ -50,4 +50,22 @@ TEST_F(LoaderWindowTest, PaintedOutputAndTypedKeysGoThroughTheLoader)
     EXPECT_NE(TheScreen.CellAt(6, 2).Attr & 0xFF, brightRed);
 }
 
+TEST_F(LoaderWindowTest, CtrlCReachesTheProgram)
+{
+    // Ctrl-C once the program runs (the loader's greeting clears a break
+    // that came before it).
+    SetTimer(nullptr, 0, 500, [](HWND, UINT, UINT_PTR id, DWORD) {
+        KillTimer(nullptr, id);
+        PostMessageW(MainWindow, WM_CHAR, 3, 0);
+    });
+    CommandRunning = 1;
+    TheShell.RunLine((L"\"" + Program(L"forever.exe") + L"\"").c_str());
+    CommandRunning = 0;
+    // The program ended (its exit code on Ctrl-C is the system's to give).
+    EXPECT_EQ(TheScreen.RowText(0).substr(0, 7), L"running");
+    std::wstring screen;
+    for (int y = 0; y <= TheScreen.CursorY; ++y) screen += TheScreen.RowText(y);
+    EXPECT_NE(screen.find(L"^C"), std::wstring::npos);
+}
+
 } // namespace
