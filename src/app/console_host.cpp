@@ -229,8 +229,19 @@ wchar_t ConsoleHost::PeekKey()
     if (typedPos_ < typed_.size()) return typed_[typedPos_];
     if (inputEnded_ || (!interactive_ && inputIsCommands_)) return kCtrlZUnit;
     if (interactive_) {
-        DWORD events = 0;
-        if (!GetNumberOfConsoleInputEvents(input_, &events) || events == 0) return 0;
+        // Only a key press with a character counts; releases, mouse and focus
+        // events are taken away, so that a read never waits behind them.
+        INPUT_RECORD events[16];
+        DWORD count = 0;
+        if (!PeekConsoleInputW(input_, events, 16, &count) || count == 0) return 0;
+        bool typed = false;
+        for (DWORD i = 0; i < count; ++i)
+            typed = typed || (events[i].EventType == KEY_EVENT && events[i].Event.KeyEvent.bKeyDown &&
+                              events[i].Event.KeyEvent.uChar.UnicodeChar != 0);
+        if (!typed) {
+            ReadConsoleInputW(input_, events, count, &count);
+            return 0;
+        }
         wchar_t unit;
         if (!ReadConsoleKey(unit)) return 0;
         typed_.assign(1, unit);
