@@ -52,6 +52,12 @@ bool SetLoaderVariables()
 
 constexpr int kConsoleKind = 2;
 
+bool UsesLoader(const wchar_t* program, int kind, bool noWait)
+{
+    const CaptureSettings& settings = TheCaptureSettings;
+    return settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
+}
+
 } // namespace
 
 std::wstring BesideShell(const wchar_t* name)
@@ -61,12 +67,6 @@ std::wstring BesideShell(const wchar_t* name)
     if (n == 0 || n >= DWORD(kPathMax)) return name;
     std::wstring folder(module, n);
     return folder.substr(0, folder.find_last_of(L'\\') + 1) + name;
-}
-
-bool UsesLoader(const wchar_t* program, int kind, bool noWait)
-{
-    const CaptureSettings& settings = TheCaptureSettings;
-    return settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
 }
 
 std::wstring ChooseHelper(const wchar_t* program, int kind, bool noWait)
