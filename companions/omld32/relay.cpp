@@ -8,8 +8,10 @@ namespace {
 
 constexpr unsigned kLookForKeyW = 0x79;
 constexpr unsigned kWaitForKeyW = 0x73;
-// Keys are looked for this often while the program is quiet.
+// Keys are looked for this often right after one came, and less often the
+// longer none comes (each look costs a round trip with the shell).
 constexpr DWORD kKeyPollMilliseconds = 25;
+constexpr DWORD kIdlePollMilliseconds = 100;
 // Text goes to the shell in large pieces: each request costs a round trip
 // and a reply as large as the shell's reply buffer, whatever it says.
 constexpr size_t kWritePiece = 30000;
@@ -42,12 +44,12 @@ void Relay::Run()
     HANDLE waits[2] = {child_.Process(), child_.OutputEvent()};
     ULONGLONG lastLook = 0;
     for (;;) {
-        DWORD woke = WaitForMultipleObjects(2, waits, FALSE, kKeyPollMilliseconds);
+        DWORD woke = WaitForMultipleObjects(2, waits, FALSE, pollInterval_);
         ShowOutput();
         if (woke == WAIT_OBJECT_0) break;
         // While output streams, keys are looked for as often as when it is quiet.
         ULONGLONG now = GetTickCount64();
-        if (now - lastLook < kKeyPollMilliseconds) continue;
+        if (now - lastLook < pollInterval_) continue;
         lastLook = now;
         PassKeys();
         WatchBreak();
@@ -79,7 +81,11 @@ void Relay::PassKeys()
     if (detached_ || inputEnded_) return;
     for (;;) {
         wchar_t key = KeyAnswer(kLookForKeyW);
-        if (key == 0) return;
+        if (key == 0) {
+            if (pollInterval_ < kIdlePollMilliseconds) pollInterval_ += kKeyPollMilliseconds;
+            return;
+        }
+        pollInterval_ = kKeyPollMilliseconds;
         if (key == kCtrlZ) {
             // The shell's input has ended, or Ctrl-Z was typed: so does the program's.
             child_.EndInput();

@@ -33,5 +33,6 @@ private:
     bool inputEnded_ = false;
     bool breakSent_ = false;
     ULONGLONG breakAt_ = 0;   // when Ctrl-C went to the program, else 0
+    DWORD pollInterval_ = 25; // milliseconds between looks for keys
     std::wstring line_;       // the line typed so far, on pipes
 };

@@ -12,8 +12,6 @@
 
 namespace {
 
-bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
-
 // The shell stops writing to its redirected output while the program writes
 // there. Text the statement already wrote stays: a "replace" redirection
 // that has content by now is handed over as an append.
@@ -59,6 +57,8 @@ bool UsesLoader(const wchar_t* program, int kind, bool noWait)
 }
 
 } // namespace
+
+bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
 
 std::wstring BesideShell(const wchar_t* name)
 {

@@ -32,5 +32,8 @@ bool NamesLoader(const std::wstring& helper);
 // Whether a console program of this kind runs under capture.
 bool CaptureApplies(const wchar_t* program, int kind);
 
+// Sets one of the "=" variables of a run; false when the environment refused.
+bool SetRunVariable(const wchar_t* name, const wchar_t* value);
+
 // The shell's own folder with a file name added.
 std::wstring BesideShell(const wchar_t* name);

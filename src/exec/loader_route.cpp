@@ -3,6 +3,7 @@
 #include "app/errors.h"
 #include "app/globals.h"
 #include "app/toolkit/omdib.h"
+#include "exec/launch_prepare.h"
 #include "exec/process_wait.h"
 #include "lang/shell_command.h"
 
@@ -34,7 +35,7 @@ public:
     ScratchFile(const ScratchFile&) = delete;
     ScratchFile& operator=(const ScratchFile&) = delete;
 
-    bool Named() const { return !made_ || SetEnvironmentVariableW(L"=imgbase", name_); }
+    bool Named() const { return !made_ || SetRunVariable(L"=imgbase", name_); }
 
 private:
     wchar_t name_[kPathMax] = {};
