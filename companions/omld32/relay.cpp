@@ -18,6 +18,7 @@ constexpr size_t kWritePiece = 30000;
 constexpr wchar_t kCtrlC = 3;
 constexpr wchar_t kCtrlZ = 0x1A;
 constexpr wchar_t kBackspace = 8;
+constexpr wchar_t kEscape = 27;
 // A program that has not ended this long after Ctrl-C is stopped.
 constexpr ULONGLONG kBreakGrace = 2000;
 
@@ -115,6 +116,12 @@ void Relay::PassKey(wchar_t key)
 // would, and hands the program the whole line at Enter.
 void Relay::EditLine(wchar_t key)
 {
+    // The sequences of arrows and other keys without a character have no
+    // use in a line read from a pipe: they are skipped.
+    if (key == kEscape || inSequence_) {
+        inSequence_ = key == kEscape || key == L'[' || key == L'O' || (key >= L'0' && key <= L'9') || key == L';';
+        return;
+    }
     if (key == L'\r') {
         Show(L"\r\n");
         child_.Feed(Encoded(line_ + L"\r\n", CP_ACP));

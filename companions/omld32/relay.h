@@ -35,4 +35,5 @@ private:
     ULONGLONG breakAt_ = 0;   // when Ctrl-C went to the program, else 0
     DWORD pollInterval_ = 25; // milliseconds between looks for keys
     std::wstring line_;       // the line typed so far, on pipes
+    bool inSequence_ = false; // within a key's escape sequence, on pipes
 };

@@ -60,7 +60,11 @@ WaitEnd PumpWaitMessages(bool mayBackground)
             TheProgramKeys.Push(wchar_t(msg.wParam));
             continue;
         }
-        if (msg.message == WM_KEYDOWN || msg.message == WM_KEYUP || msg.message == WM_SYSCHAR) continue;
+        if (msg.message == WM_KEYDOWN) {
+            TheProgramKeys.PushKey(unsigned(msg.wParam));
+            continue;
+        }
+        if (msg.message == WM_KEYUP || msg.message == WM_SYSCHAR) continue;
         DispatchMessageW(&msg);
     }
     return WaitEnd::Finished;

@@ -1,9 +1,12 @@
 // Keys typed while the shell waits for a program it started. They wait here
 // for the program to ask for them (the console loader and external commands
 // read keys by request); the queue is emptied when the wait ends, so the
-// shell's own line starts empty afterwards.
+// shell's own line starts empty afterwards. Keys without a character (arrows,
+// Home, End, Insert, Delete, page and function keys) are queued as the
+// escape sequences a terminal sends for them.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 
 class ProgramKeyQueue {
@@ -26,6 +29,8 @@ public:
         return unit;
     }
     void Clear() { keys_.clear(); }
+    // Queues the sequence of a key without a character; false for other keys.
+    bool PushKey(unsigned virtualKey);
 
 private:
     std::deque<wchar_t> keys_;

@@ -34,7 +34,11 @@ TEST_F(LoaderWindowTest, PaintedOutputAndTypedKeysGoThroughTheLoader)
 {
     TheScreen.Write(L"before");
     TheScreen.NewLine();
-    Post(L"Bob\r");
+    // A key without a character goes as a terminal sends it: the console's
+    // line editing puts the "o" of "Bb" in its place.
+    Post(L"Bb");
+    PostMessageW(MainWindow, WM_KEYDOWN, VK_LEFT, 0);
+    Post(L"o\r");
     CommandRunning = 1;
     TheShell.RunLine((L"\"" + Program(L"paint_ask.exe") + L"\"").c_str());
     CommandRunning = 0;
