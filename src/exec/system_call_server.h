@@ -43,7 +43,13 @@ public:
 
     // The process the shell now waits for; waits nest.
     void BeginClient(DWORD processId) { clients_.push_back(processId); }
-    void EndClient() { clients_.pop_back(); }
+    // A reply buffer grown for one program goes back to its first size when
+    // no program is served, so later replies do not carry its size along.
+    void EndClient()
+    {
+        clients_.pop_back();
+        if (clients_.empty() && reply_.size() > kReplyStart) reply_ = std::vector<wchar_t>(kReplyStart);
+    }
     bool Serving() const { return !clients_.empty(); }
 
 private:
