@@ -165,4 +165,22 @@ TEST(Capture, TheCommandKeepsTheList)
     EXPECT_EQ(GetFileAttributesW(list.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
+TEST(Capture, AListWrittenByHandKeepsItsEncodingAndComments)
+{
+    ListCleanup cleanup;
+    TempFolder f;
+    std::string say = Narrow(InBin(L"say_args.exe")), exitWith = Narrow(InBin(L"exit_with.exe"));
+    std::wstring list = InBin(L"CAPTURE.LST");
+    std::string text = "; no capture for these\r\n\r\n   " + say + "\r\n";
+    HANDLE file = CreateFileW(list.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, text.data(), DWORD(text.size()), &written, nullptr);
+    CloseHandle(file);
+    EXPECT_EQ(TypedWithPrograms(f, "capture\ncapture " + exitWith + "\ncapture /d " + say + "\n"),
+              L"     No-Capture List\n\n " + InBin(L"say_args.exe") + L"\n\n     1 program(s) found\n");
+    // The comment stays, the new entry is in the file's own encoding.
+    ASSERT_TRUE(CopyFileW(list.c_str(), (f / L"list.txt").c_str(), FALSE));
+    EXPECT_EQ(f.ReadBytes(L"list.txt"), "; no capture for these\r\n\r\n" + exitWith + "\r\n");
+}
+
 } // namespace
