@@ -5,6 +5,10 @@
 // its standard input. Whatever is not redirected stays on the handles this
 // helper got (the shell's pipes, or a console). The helper waits for the
 // program and ends with its exit code.
+//
+// The console loader omld32.exe starts this helper inside a pseudo console.
+// Some systems give a process started that way no standard handles at all;
+// the helper then hands the program its console's own input and output.
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
 
@@ -14,13 +18,29 @@
 
 namespace {
 
-// The standard handle as the program gets it: our own, made inheritable.
+// The console's own input or output, opened for the program to inherit;
+// null when this helper has no console.
+HANDLE OpenConsoleDevice(DWORD which)
+{
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    HANDLE h = CreateFileW(which == STD_INPUT_HANDLE ? L"CONIN$" : L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0, nullptr);
+    return h == INVALID_HANDLE_VALUE ? nullptr : h;
+}
+
+// The standard handle as the program gets it: our own, made inheritable, or
+// the console's when we were given none.
 HANDLE InheritableStandard(DWORD which)
 {
     HANDLE h = GetStdHandle(which);
     if (h && h != INVALID_HANDLE_VALUE) SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    else h = OpenConsoleDevice(which);
     return h;
 }
+
+// Ctrl-C is the program's to take: the helper stays to report its exit code.
+// (A handler, not the ignore flag, which the program would inherit.)
+BOOL WINAPI KeepRunning(DWORD) { return TRUE; }
 
 void Complain(const std::wstring& text)
 {
@@ -52,6 +72,7 @@ int wmain()
         return int(kHelperCannotStart);
     }
 
+    SetConsoleCtrlHandler(KeepRunning, TRUE);
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;

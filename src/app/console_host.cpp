@@ -16,6 +16,7 @@ namespace {
 
 volatile LONG ctrlCPending = 0;
 constexpr wchar_t kCtrlCUnit = 3;
+constexpr wchar_t kCtrlZUnit = 0x1A;
 
 // Typed lines go into the history, so `history` lists them.
 InputLinks consoleLinks;
@@ -218,6 +219,46 @@ InputEvent ConsoleHost::NextInput(InputWait wait)
 {
     wchar_t unit;
     return {InputKind::Char, NextUnit(wait, unit) ? unit : 3u, 0};
+}
+
+// At a console a key waits when its input holds an event. Piped or file input
+// is typed ahead: whatever is there is a key waiting, unless the lines are
+// the shell's own commands.
+wchar_t ConsoleHost::PeekKey()
+{
+    if (typedPos_ < typed_.size()) return typed_[typedPos_];
+    if (inputEnded_ || (!interactive_ && inputIsCommands_)) return kCtrlZUnit;
+    if (interactive_) {
+        // Only a key press with a character counts; releases, mouse and focus
+        // events are taken away, so that a read never waits behind them.
+        INPUT_RECORD events[16];
+        DWORD count = 0;
+        if (!PeekConsoleInputW(input_, events, 16, &count) || count == 0) return 0;
+        bool typed = false;
+        for (DWORD i = 0; i < count; ++i)
+            typed = typed || (events[i].EventType == KEY_EVENT && events[i].Event.KeyEvent.bKeyDown &&
+                              events[i].Event.KeyEvent.uChar.UnicodeChar != 0);
+        if (!typed) {
+            ReadConsoleInputW(input_, events, count, &count);
+            return 0;
+        }
+        wchar_t unit;
+        if (!ReadConsoleKey(unit)) return 0;
+        typed_.assign(1, unit);
+        typedPos_ = 0;
+        return unit;
+    }
+    // A pipe that has no writer any more reads its end at once.
+    DWORD available = 0;
+    bool waiting = pendingPos_ < pending_.size() || inputType_ == FILE_TYPE_DISK ||
+                   (inputType_ == FILE_TYPE_PIPE &&
+                    (!PeekNamedPipe(input_, nullptr, 0, nullptr, &available, nullptr) || available > 0));
+    if (!waiting) return 0;
+    if (!FillTyped()) {
+        inputEnded_ = true;
+        return kCtrlZUnit;
+    }
+    return typed_[typedPos_];
 }
 
 wchar_t ConsoleHost::ReadKey() { return wchar_t(NextInput(InputWait::Key).Unit); }

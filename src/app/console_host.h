@@ -41,6 +41,10 @@ public:
     // exit code (ErrorLevel).
     int RunInputLoop();
     bool ExitRequested() const { return exitRequested_; }
+    // Whether standard input brings the shell's command lines (it does unless
+    // a /C command is all the program runs). Then a program the shell runs
+    // gets none of it: its input ends at once.
+    void SetInputIsCommands(bool commands) { inputIsCommands_ = commands; }
     // Writes out a line still being built and returns code.
     int Finish(int code);
 
@@ -50,6 +54,7 @@ public:
     void RequestExit() override { exitRequested_ = true; }
     bool Interactive() const override { return interactive_; }
     InputEvent NextInput(InputWait wait) override;
+    wchar_t PeekKey() override;
     bool TerminalEchoes() const override { return true; }
     void LineCompleted(int y) override;
 
@@ -73,6 +78,7 @@ private:
     unsigned long inputType_ = 0; // FILE_TYPE_* of standard input
     bool consoleOutput_ = false;
     bool exitRequested_ = false;
+    bool inputIsCommands_ = true;
     bool inputEnded_ = false;
     bool skipNextLine_ = false;
     std::string pending_;

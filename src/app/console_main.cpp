@@ -24,6 +24,7 @@ int wmain()
     if (!args.Directory.empty()) ChangeDirectory(args.Directory.c_str());
     SettleStartupEnvironment();
     ApplyRedirectionChoice(args);
+    host.SetInputIsCommands(!args.RunAndClose);
 
     if (!args.Command.empty()) {
         TheEditor.TypeLine(args.Command.c_str(), true);

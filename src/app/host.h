@@ -39,6 +39,11 @@ public:
     virtual bool ReadLine(wchar_t* buffer, int size) = 0;
     // The exit command outside a batch program: end the shell.
     virtual void RequestExit() = 0;
+    // A key that a read would give at once, left for that read: 0 when none
+    // is there yet, Ctrl-Z (0x1A) when the input has ended. Hosts whose keys
+    // arrive as window messages have none here (the wait for a program
+    // collects those).
+    virtual wchar_t PeekKey() { return 0; }
     // Whether a person answers at this host (prompts are shown only then).
     virtual bool Interactive() const = 0;
 

@@ -5,6 +5,7 @@
 #include "app/errors.h"
 #include "app/profile/profile.h"
 #include "bars/status_bar.h"
+#include "exec/capture_settings.h"
 #include "input/completion.h"
 #include "input/editor.h"
 #include "input/history.h"
@@ -15,6 +16,7 @@
 #include "screen/screen_store.h"
 
 ProfileStore TheProfile;
+CaptureSettings TheCaptureSettings;
 ShellCommand TheShell;
 StatusBar TheStatusBar;
 PromptState ThePrompt;
@@ -29,3 +31,4 @@ ScreenView TheView;
 // Definitions in one file are built in order, so this runs right after the
 // screen: from here on a report may print.
 static const int ScreenReady = (TheErrors.ScreenUp = 1);
+static const int CaptureReady = (TheCaptureSettings.Load(), 1);

@@ -2,6 +2,7 @@
 #include "app/errors.h"
 #include "app/profile/profile.h"
 #include "app/toolkit/omdib.h"
+#include "exec/capture_settings.h"
 #include "exec/launch_prepare.h"
 #include "exec/program_search.h"
 #include "exec/run_program.h"
@@ -174,6 +175,7 @@ void CmdDos()
         return;
     }
     ProfileWriteInt(L"Ombrel", L"Console", close ? 0 : 1);
+    TheCaptureSettings.Console = close ? 0 : 1;
     InstallDefaultPif(close ? L"CLOSE.PIF" : L"INACTIVE.PIF");
 }
 

@@ -1,16 +1,16 @@
 #include "exec/launch_prepare.h"
 
 #include "app/globals.h"
-#include "app/profile/profile.h"
+#include "exec/capture_list.h"
+#include "exec/capture_settings.h"
 #include "exec/program_search.h"
 #include "exec/run_handover.h"
+#include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/redirect.h"
 #include "screen/screen_store.h"
 
 namespace {
-
-bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
 
 // The shell stops writing to its redirected output while the program writes
 // there. Text the statement already wrote stays: a "replace" redirection
@@ -36,14 +36,29 @@ bool HandOverInput(bool& any)
 
 bool SetCaptureVariables()
 {
-    if (!ProfileReadInt(L"Ombrel", L"Capture", 1)) return true;
-    wchar_t window[24];
-    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(MainWindow)), window, 10);
-    if (!SetRunVariable(L"=hwnd", window)) return false;
-    return !ProfileReadInt(L"Ombrel", L"Console", 1) || SetRunVariable(L"=open", L"1");
+    if (!TheCaptureSettings.Capture) return true;
+    if (!SetRunVariable(L"=hwnd", CallWindowNumber().c_str())) return false;
+    return !TheCaptureSettings.Console || SetRunVariable(L"=open", L"1");
+}
+
+// The loader learns from these whether to show its banner and to log.
+bool SetLoaderVariables()
+{
+    return SetRunVariable(L"=cpyr", TheCaptureSettings.Copyright ? L"1" : L"0") &&
+           SetRunVariable(L"=logg", TheCaptureSettings.Logging ? L"1" : L"0");
+}
+
+constexpr int kConsoleKind = 2;
+
+bool UsesLoader(const wchar_t* program, int kind, bool noWait)
+{
+    const CaptureSettings& settings = TheCaptureSettings;
+    return settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
 }
 
 } // namespace
+
+bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
 
 std::wstring BesideShell(const wchar_t* name)
 {
@@ -54,15 +69,19 @@ std::wstring BesideShell(const wchar_t* name)
     return folder.substr(0, folder.find_last_of(L'\\') + 1) + name;
 }
 
-// Console emulation through the loader is not part of this build: every
-// console program gets oms32.exe, and capture means the pipe route.
-std::wstring ChooseHelper(const wchar_t*, int, bool) { return BesideShell(L"oms32.exe"); }
-
-bool CaptureApplies(const wchar_t*, int kind)
+std::wstring ChooseHelper(const wchar_t* program, int kind, bool noWait)
 {
-    if (!ProfileReadInt(L"Ombrel", L"Capture", 1) || kind <= 0) return false;
-    return kind == 2 || !ProfileReadInt(L"Ombrel", L"Emulator", 1);
+    return BesideShell(UsesLoader(program, kind, noWait) ? kLoaderName : L"oms32.exe");
 }
+
+bool CaptureApplies(const wchar_t* program, int kind)
+{
+    const CaptureSettings& settings = TheCaptureSettings;
+    if (!settings.Capture || kind <= 0 || InCaptureList(program)) return false;
+    return kind == kConsoleKind || !settings.Emulator;
+}
+
+bool NamesLoader(const std::wstring& helper) { return helper.find(kLoaderName) != std::wstring::npos; }
 
 int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLine, bool noWait)
 {
@@ -77,6 +96,7 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
     if (!ok) return -1;
     state.Mode = redirected ? 1 : 2;
     state.Helper = ChooseHelper(program, state.Kind, noWait);
+    if (NamesLoader(state.Helper) && !SetLoaderVariables()) return -1;
     return state.Mode;
 }
 

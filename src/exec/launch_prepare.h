@@ -5,8 +5,9 @@
 //
 // The helper choice is the seam for console capture: ChooseHelper names the
 // program that stands in front of a console program, and CaptureApplies says
-// whether the run goes through the capture routes (the pipe route, or a
-// loader whose command line names it) instead of a plain process start.
+// whether the run goes through the capture routes (the loader route when the
+// helper is the console loader, else the pipe route) instead of a plain
+// process start.
 #pragma once
 
 #include "exec/run_state.h"
@@ -19,10 +20,20 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
 // redirected output back, positioned behind what the program wrote.
 void UndoRun(RunState& state);
 
-// The full name of the helper program for a console program of this kind.
+// The console loader's file name; a helper path that holds it takes the
+// loader route.
+inline constexpr wchar_t kLoaderName[] = L"omld32.exe";
+
+// The full name of the helper program for a console program of this kind:
+// the console loader beside the shell when console emulation applies, else
+// oms32.exe beside the shell.
 std::wstring ChooseHelper(const wchar_t* program, int kind, bool noWait);
+bool NamesLoader(const std::wstring& helper);
 // Whether a console program of this kind runs under capture.
 bool CaptureApplies(const wchar_t* program, int kind);
+
+// Sets one of the "=" variables of a run; false when the environment refused.
+bool SetRunVariable(const wchar_t* name, const wchar_t* value);
 
 // The shell's own folder with a file name added.
 std::wstring BesideShell(const wchar_t* name);

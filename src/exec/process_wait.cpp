@@ -3,6 +3,7 @@
 #include "app/errors.h"
 #include "app/host.h"
 #include "app/profile/profile.h"
+#include "exec/program_keys.h"
 #include "exec/system_call_server.h"
 #include "exec/task_list.h"
 #include "lang/shell_command.h"
@@ -34,8 +35,12 @@ void ShowBackground(int number, const std::wstring& name)
     TheScreen.NewLine();
 }
 
-// Handles the messages waiting now. Keys typed meanwhile are not kept: the
-// program has its own input, and the shell's line starts empty afterwards.
+} // namespace
+
+ProgramKeyQueue TheProgramKeys;
+
+// Handles the messages waiting now. Characters typed meanwhile wait for the
+// program to ask for them.
 WaitEnd PumpWaitMessages(bool mayBackground)
 {
     MSG msg;
@@ -51,15 +56,19 @@ WaitEnd PumpWaitMessages(bool mayBackground)
             TheScreen.BreakFlag = 1;
             continue;
         }
-        if (msg.message == WM_CHAR || msg.message == WM_KEYDOWN || msg.message == WM_KEYUP ||
-            msg.message == WM_SYSCHAR)
+        if (msg.message == WM_CHAR) {
+            TheProgramKeys.Push(wchar_t(msg.wParam));
             continue;
+        }
+        if (msg.message == WM_KEYDOWN) {
+            TheProgramKeys.PushKey(unsigned(msg.wParam));
+            continue;
+        }
+        if (msg.message == WM_KEYUP || msg.message == WM_SYSCHAR) continue;
         DispatchMessageW(&msg);
     }
     return WaitEnd::Finished;
 }
-
-} // namespace
 
 std::wstring ShortName(const std::wstring& path)
 {
@@ -108,6 +117,7 @@ void StartAndWait(RunState& state, const ProcessStart& start)
         // Requests from the program and its descendants are served only now.
         ServedProgram served(info.dwProcessId);
         WaitEnd end = WaitForProgram(info.hProcess, start.MayBackground);
+        TheProgramKeys.Clear();
         if (end == WaitEnd::Background) {
             int number = TheTasks.Add(info.hProcess, info.dwProcessId, ShortName(start.Shown));
             if (number >= 0) {

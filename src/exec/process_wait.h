@@ -26,6 +26,11 @@ enum class WaitEnd { Finished, Background, Quit };
 // Waits when the kind asks for it, then sets ErrorLevel from the exit code.
 void StartAndWait(RunState& state, const ProcessStart& start);
 
+// Handles the window messages waiting now as the wait for a program does:
+// Ctrl-C breaks, Ctrl-Z ends the wait when the program may go to the
+// background, other characters go to TheProgramKeys.
+WaitEnd PumpWaitMessages(bool mayBackground);
+
 // Waits for process with messages flowing; name is shown if it goes to the
 // background.
 WaitEnd WaitForProgram(HANDLE process, bool mayBackground);

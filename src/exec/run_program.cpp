@@ -5,6 +5,7 @@
 #include "app/toolkit/omdib.h"
 #include "exec/associations.h"
 #include "exec/launch_prepare.h"
+#include "exec/loader_route.h"
 #include "exec/pipe_route.h"
 #include "exec/process_wait.h"
 #include "exec/program_search.h"
@@ -54,13 +55,6 @@ void RunDirectoryCase(const wchar_t* word, bool noWait)
     if (!narrow || WinExec(narrow, SW_SHOWNORMAL) < 32) ReportId(52);
 }
 
-std::wstring WindowNumber()
-{
-    wchar_t digits[24];
-    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(CallWindow())), digits, 10);
-    return digits;
-}
-
 // What the start is given: the program file, the command line, and whether
 // the wait may hand the program to the background.
 struct StartPlan {
@@ -75,7 +69,7 @@ struct StartPlan {
 void PlanDebug(StartPlan& plan, RunState& state, std::unique_ptr<wchar_t[]>& stage)
 {
     plan.CommandLine = std::wstring(CommandArgs.RawCommand) + L" " +
-                       (CommandArgs.ArgCount > 0 ? CommandArgs.RawArgs[0] : L"") + L" " + WindowNumber();
+                       (CommandArgs.ArgCount > 0 ? CommandArgs.RawArgs[0] : L"") + L" " + CallWindowNumber();
     state.Startup.dwFlags = STARTF_FORCEOFFFEEDBACK;
     plan.MayBackground = false;
     auto text = std::make_unique<wchar_t[]>(kLineMax);
@@ -94,7 +88,7 @@ bool PlanBySuffix(StartPlan& plan, RunState& state, const LaunchOptions& options
             return false;
         }
         // The arguments are not on the line: the external command asks for them.
-        plan.CommandLine = std::wstring(CommandArgs.RawCommand) + L" " + WindowNumber();
+        plan.CommandLine = std::wstring(CommandArgs.RawCommand) + L" " + CallWindowNumber();
         state.Startup.dwFlags = STARTF_FORCEOFFFEEDBACK;
         plan.MayBackground = false;
         return true;
@@ -125,6 +119,10 @@ void StartPlanned(StartPlan& plan, RunState& state, const LaunchOptions& options
         return;
     }
     bool capture = state.Mode != 0 && !options.NoWait && CaptureApplies(plan.Program.c_str(), state.Kind);
+    if (capture && NamesLoader(state.Helper)) {
+        RunUnderLoader(state, plan.Program.c_str(), options);
+        return;
+    }
     if (capture) {
         RunOnPipes(state, plan.Program.c_str(), line.c_str(), options);
         return;

@@ -6,6 +6,8 @@
 #include "app/toolkit/omdib.h"
 #include "bars/status_bar.h"
 #include "exec/call_payload.h"
+#include "exec/process_wait.h"
+#include "exec/program_keys.h"
 #include "files/arg_paths.h"
 #include "files/descriptions.h"
 #include "files/file_walker.h"
@@ -379,7 +381,9 @@ SystemCallServer::Answer SystemCallServer::HandleInput(DWORD code, CallPayload&,
     case 0x74:
     case 0x2F:
     case 0x73: {
-        wchar_t key = Host->ReadKey();
+        // A key typed while the program ran comes first.
+        wchar_t key = TheProgramKeys.Take();
+        if (!key) key = Host->ReadKey();
         if (key == 3 && (code == 0x12 || code == 0x74)) TheScreen.ShowBreak();
         if (code == 0x12 || code == 0x2F) {
             char narrow[8] = {};
@@ -392,12 +396,17 @@ SystemCallServer::Answer SystemCallServer::HandleInput(DWORD code, CallPayload&,
         break;
     }
     case 0x13:
-    case 0x79:
-        // Keys reach a waiting program only through its reads; a look finds
-        // none once the pending messages are handled.
-        for (int pass = 0; pass < kKeyPasses && !TheScreen.BreakFlag; ++pass) Host->PollBreak();
-        PutInt(0, 0);
+    case 0x79: {
+        // A look leaves the key for the read that follows it.
+        wchar_t key = TheProgramKeys.Peek();
+        for (int pass = 0; pass < kKeyPasses && !key && !TheScreen.BreakFlag; ++pass) {
+            PumpWaitMessages(false);
+            key = TheProgramKeys.Peek();
+        }
+        if (!key) key = Host->PeekKey();
+        PutInt(0, key);
         break;
+    }
     case 0x19:
     case 0x72: {
         std::vector<wchar_t> line(kLineMax);
@@ -733,6 +742,13 @@ void ServeCopyData(HWND window, WPARAM wParam, LPARAM lParam)
 {
     auto* request = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     if (request) TheCallServer.Serve(window, reinterpret_cast<HWND>(wParam), *request);
+}
+
+std::wstring CallWindowNumber()
+{
+    wchar_t digits[24];
+    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(CallWindow())), digits, 10);
+    return digits;
 }
 
 HWND CallWindow()

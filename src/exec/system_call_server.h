@@ -43,7 +43,13 @@ public:
 
     // The process the shell now waits for; waits nest.
     void BeginClient(DWORD processId) { clients_.push_back(processId); }
-    void EndClient() { clients_.pop_back(); }
+    // A reply buffer grown for one program goes back to its first size when
+    // no program is served, so later replies do not carry its size along.
+    void EndClient()
+    {
+        clients_.pop_back();
+        if (clients_.empty() && reply_.size() > kReplyStart) reply_ = std::vector<wchar_t>(kReplyStart);
+    }
     bool Serving() const { return !clients_.empty(); }
 
 private:
@@ -79,6 +85,8 @@ extern SystemCallServer TheCallServer;
 // The window other programs send their requests to: the main window, or in
 // the console host a message-only window made on first use.
 HWND CallWindow();
+// CallWindow's handle in decimal, as programs are told it.
+std::wstring CallWindowNumber();
 // The handler of WM_COPYDATA for either window; the message's result is 1.
 void ServeCopyData(HWND window, WPARAM wParam, LPARAM lParam);
 

@@ -8,6 +8,7 @@ void CmdBeep();
 void CmdBox();
 void CmdCalc();
 void CmdCall();
+void CmdCapture();
 void CmdCallproc();
 void CmdCd();
 void CmdCdd();

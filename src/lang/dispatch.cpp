@@ -24,6 +24,7 @@ const CommandEntry kCommands[] = {
     {L"calc", CmdCalc, KeepsLevel},
     {L"call", CmdCall, KeepsLevel},
     {L"callproc", CmdCallproc, IgnoredAtPrompt | KeepsLevel},
+    {L"capture", CmdCapture, 0},
     {L"cbadd", nullptr, NeedsBatch},
     {L"cbdelete", nullptr, NeedsBatch},
     {L"cbdir", nullptr, NeedsBatch},

@@ -2,6 +2,7 @@
 // program) through ombc.exe, with their folder first on PATH.
 #pragma once
 
+#include "app/profile/profile.h"
 #include "support/ombc_runner.h"
 #include "support/temp_folder.h"
 
@@ -31,3 +32,20 @@ inline std::wstring TypedWithPrograms(const TempFolder& folder, const std::strin
 {
     return TypedOutput("set PATH=" + Narrow(ProgramFolder()) + ";%PATH%\n" + lines, folder.Path());
 }
+
+// A setting of section "Ombrel" for the ombc.exe runs of one test (they all
+// read the one settings store of the test's prefix); removed again after.
+class OmbrelSetting {
+public:
+    OmbrelSetting(const wchar_t* key, int value) : key_(key) { ProfileWriteInt(L"Ombrel", key, value); }
+    ~OmbrelSetting() { ProfileWriteString(L"Ombrel", key_, nullptr); }
+    OmbrelSetting(const OmbrelSetting&) = delete;
+    OmbrelSetting& operator=(const OmbrelSetting&) = delete;
+
+private:
+    const wchar_t* key_;
+};
+
+// The two capture routes of a console program: the console loader (the
+// default) and the pipes.
+constexpr int kCaptureRoutes[] = {1, 0};

@@ -17,6 +17,7 @@ struct LaunchCase {
 TEST(Launch, OutputArgumentsAndExitCodes)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     const LaunchCase cases[] = {
         // Arguments arrive as typed, quotes and all.
         {"say_args \"a b\"  c\n", L"line=say_args \"a b\"  c\n[a b]\n[c]\n"},
@@ -25,8 +26,6 @@ TEST(Launch, OutputArgumentsAndExitCodes)
         {"exit_with\necho el=%errorlevel%\n", L"exiting 0\nel=0\n"},
         // A GUI program gives the prompt back at once: it is still running.
         {"gui_exit 4\necho el=%errorlevel%\n", L"el=259\n"},
-        // Without its input, a reading program sees the end at once.
-        {"echo_in\necho el=%errorlevel%\n", L"lines: 0\nel=0\n"},
         {"flood 2\n", L"00000001 abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123\n"
                       L"00000002 abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123\n\ndone\n"},
         // start does not wait; start /w does, and takes the exit code.
@@ -37,12 +36,22 @@ TEST(Launch, OutputArgumentsAndExitCodes)
         // call of a program runs it and keeps its exit code.
         {"call exit_with 4\necho el=%errorlevel%\n", L"exiting 4\nel=4\n"},
     };
-    for (const LaunchCase& c : cases) EXPECT_EQ(TypedWithPrograms(f, c.lines), c.expected) << c.lines.c_str();
+    // Both capture routes give the program's output and exit code alike.
+    for (int emulator : kCaptureRoutes) {
+        OmbrelSetting route(L"Emulator", emulator);
+        for (const LaunchCase& c : cases)
+            EXPECT_EQ(TypedWithPrograms(f, c.lines), c.expected) << c.lines.c_str() << " emulator " << emulator;
+        // Lines typed to ombc.exe are its commands: a reading program sees the
+        // end of its input at once (which its console shows as ^Z).
+        EXPECT_EQ(TypedWithPrograms(f, "echo_in\necho el=%errorlevel%\n"),
+                  std::wstring(emulator ? L"^Z\n" : L"") + L"lines: 0\nel=0\n");
+    }
 }
 
 TEST(Launch, RedirectionReachesTheProgram)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     f.WriteBytes(L"in.txt", "one\r\ntwo\r\n");
     EXPECT_EQ(TypedWithPrograms(f, "exit_with 4 > out.txt\necho el=%errorlevel%\n"), L"el=4\n");
     EXPECT_EQ(f.ReadBytes(L"out.txt"), "exiting 4\r\n");
@@ -66,6 +75,7 @@ TEST(Launch, RedirectionReachesTheProgram)
 TEST(Launch, SuffixAndPathOrderDecide)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     CreateDirectoryW((f / L"first").c_str(), nullptr);
     CreateDirectoryW((f / L"second").c_str(), nullptr);
     std::wstring exitWith = ProgramFolder() + L"\\exit_with.exe";
@@ -90,6 +100,7 @@ TEST(Launch, SuffixAndPathOrderDecide)
 TEST(Launch, AFileOpensWithItsAssociatedProgram)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     f.WriteBytes(L"notes.omt", "text\r\n");
     std::wstring command = L"\"" + ProgramFolder() + L"\\say_args.exe\" \"%1\" tail";
     ASSERT_EQ(RegSetKeyValueW(HKEY_CLASSES_ROOT, L".omt", nullptr, REG_SZ, L"OmbrelTest",
@@ -149,6 +160,7 @@ TEST(Launch, BadInputIsReported)
 TEST(Launch, BinaryNoiseAndLongOutput)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     std::wstring noise = TypedWithPrograms(f, "flood noise 20000\necho el=%errorlevel%\n");
     EXPECT_NE(noise.find(L"done\nel=0\n"), std::wstring::npos);
     std::wstring lines = TypedWithPrograms(f, "flood 20000\n");

@@ -4,8 +4,8 @@
 #include "app/event_pump.h"
 #include "app/globals.h"
 #include "app/main_window.h"
-#include "app/profile/profile.h"
 #include "app/window_host.h"
+#include "exec/capture_settings.h"
 #include "input/editor.h"
 #include "lang/shell_command.h"
 #include "screen/screen_store.h"
@@ -16,14 +16,6 @@
 #include <string>
 
 namespace {
-
-std::wstring Program(const wchar_t* name)
-{
-    wchar_t self[MAX_PATH];
-    DWORD n = GetModuleFileNameW(nullptr, self, MAX_PATH);
-    std::wstring path(self, n);
-    return path.substr(0, path.find_last_of(L"\\/") + 1) + name;
-}
 
 class ProgramWindowTest : public MainWindowTest {
 protected:
@@ -36,11 +28,14 @@ protected:
         InputMode = 0;
         TheScreen.BreakFlag = 0;
         TheScreen.ClearScreen();
+        // These are the pipe route's cases: the console loader stays out.
+        TheCaptureSettings.Emulator = 0;
     }
     void TearDown() override
     {
         MainWindowTest::TearDown();
         TheScreen.BreakFlag = 0;
+        TheCaptureSettings.Emulator = 1;
     }
 
     // Runs a line as a command does, with the typing already in the queue.
@@ -89,7 +84,7 @@ TEST_F(ProgramWindowTest, AProgramThatIgnoresCtrlCIsLeftRunning)
 TEST_F(ProgramWindowTest, CtrlZSendsAWaitedProgramToTheBackground)
 {
     // Without capture a console program is waited for plainly, and may go.
-    ProfileWriteInt(L"Ombrel", L"Capture", 0);
+    TheCaptureSettings.Capture = 0;
     Post(L"\x1A");
     Run(L"\"" + Program(L"forever.exe") + L"\" quiet");
     EXPECT_EQ(ErrorLevel, 259);
@@ -102,7 +97,7 @@ TEST_F(ProgramWindowTest, CtrlZSendsAWaitedProgramToTheBackground)
     TheScreen.ClearScreen();
     Run(L"tasks");
     EXPECT_NE(Screen().find(L"     0 task(s) running"), std::wstring::npos);
-    ProfileWriteInt(L"Ombrel", L"Capture", 1);
+    TheCaptureSettings.Capture = 1;
 }
 
 } // namespace

@@ -51,6 +51,14 @@ protected:
             DispatchMessageW(&msg);
         }
     }
+    // A program built beside the test program.
+    static std::wstring Program(const wchar_t* name)
+    {
+        wchar_t self[MAX_PATH];
+        DWORD n = GetModuleFileNameW(nullptr, self, MAX_PATH);
+        std::wstring path(self, n);
+        return path.substr(0, path.find_last_of(L"\\/") + 1) + name;
+    }
     static void Post(const std::wstring& text)
     {
         for (wchar_t unit : text) PostMessageW(MainWindow, WM_CHAR, unit, 0);
