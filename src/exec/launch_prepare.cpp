@@ -4,6 +4,7 @@
 #include "app/profile/profile.h"
 #include "exec/program_search.h"
 #include "exec/run_handover.h"
+#include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/redirect.h"
 #include "screen/screen_store.h"
@@ -37,8 +38,9 @@ bool HandOverInput(bool& any)
 bool SetCaptureVariables()
 {
     if (!ProfileReadInt(L"Ombrel", L"Capture", 1)) return true;
+    // The window that answers requests: the console program has one too.
     wchar_t window[24];
-    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(MainWindow)), window, 10);
+    ui64tow_ex(uint64_t(reinterpret_cast<uintptr_t>(CallWindow())), window, 10);
     if (!SetRunVariable(L"=hwnd", window)) return false;
     return !ProfileReadInt(L"Ombrel", L"Console", 1) || SetRunVariable(L"=open", L"1");
 }
