@@ -87,6 +87,25 @@ std::wstring UniquePipeName()
     return std::wstring(L"\\\\.\\pipe\\ombrel-") + pid + L"-" + number + L"-" + tick;
 }
 
+// The server end of the output pipe, under a name that no other pipe has. A
+// name can still be taken: process numbers come back, and the children of an
+// ended shell may hold its pipe; then the next number is tried.
+HANDLE CreateOutputPipe(std::wstring& name)
+{
+    constexpr int kNameAttempts = 8;
+    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+        name = UniquePipeName();
+        HANDLE server = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED |
+                                                           FILE_FLAG_FIRST_PIPE_INSTANCE,
+                                         PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT, 1, 0, kOutputPipeSize, 0,
+                                         nullptr);
+        DWORD error = GetLastError();
+        if (server != INVALID_HANDLE_VALUE || (error != ERROR_ACCESS_DENIED && error != ERROR_PIPE_BUSY))
+            return server;
+    }
+    return INVALID_HANDLE_VALUE;
+}
+
 UINT ActivePage() { return CodePageOf(ActiveCodePage); }
 
 // The number of leading bytes that form whole characters; a character cut
@@ -157,11 +176,10 @@ bool PipeRun::CreatePipes()
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     PipeSet& pipes = state_.Pipes;
     readEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    std::wstring name = UniquePipeName();
     // The shell's ends are made without inheritance; only the child's ends
     // pass to the program.
-    HANDLE server = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
-                                     PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT, 1, 0, kOutputPipeSize, 0, nullptr);
+    std::wstring name;
+    HANDLE server = CreateOutputPipe(name);
     if (!readEvent_ || server == INVALID_HANDLE_VALUE) return false;
     pipes.ReadFromChild = server;
     HANDLE client = CreateFileW(name.c_str(), GENERIC_WRITE, 0, &inherit, OPEN_EXISTING, 0, nullptr);
