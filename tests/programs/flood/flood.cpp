@@ -23,12 +23,13 @@ void Put(const char* bytes, size_t size)
     }
 }
 
-void Lines(long count)
+// count lines made by format from their numbers, written in blocks.
+void Numbered(long count, const char* format)
 {
     std::string block;
     char line[80];
     for (long i = 1; i <= count; ++i) {
-        snprintf(line, sizeof(line), "%08ld abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123\r\n", i);
+        snprintf(line, sizeof(line), format, i);
         block += line;
         if (block.size() > 60000) {
             Put(block.data(), block.size());
@@ -38,18 +39,11 @@ void Lines(long count)
     Put(block.data(), block.size());
 }
 
+void Lines(long count) { Numbered(count, "%08ld abcdefghijklmnopqrstuvwxyz ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123\r\n"); }
+
 // Lines of 19 bytes with characters of two, three and four bytes, so that
 // the reader's pieces end inside characters at changing places.
-void Utf8Lines(long count)
-{
-    std::string block;
-    char line[40];
-    for (long i = 1; i <= count; ++i) {
-        snprintf(line, sizeof(line), "%07ld \xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80\r\n", i);
-        block += line;
-    }
-    Put(block.data(), block.size());
-}
+void Utf8Lines(long count) { Numbered(count, "%07ld \xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80\r\n"); }
 
 void Noise(long count)
 {
