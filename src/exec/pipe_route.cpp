@@ -18,6 +18,7 @@
 #include <cwchar>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -258,6 +259,9 @@ void PipeRun::Drain(bool atTheEnd)
 {
     if (!readOpen_) return;
     Host->HideCaret();
+    // The writer would ask the window for Ctrl-C at every line end, which
+    // costs a trip to the system per line; the wait asks once per turn.
+    int polling = std::exchange(TheScreen.PollEnabled, 0);
     codePage_ = ActivePage();
     if (codePage_ == CP_UTF8 || !GetCPInfo(codePage_, &pageInfo_)) pageInfo_.MaxCharSize = 1;
     ULONGLONG start = GetTickCount64();
@@ -274,6 +278,7 @@ void PipeRun::Drain(bool atTheEnd)
         TheScreen.EditY = TheScreen.CursorY;
         if (TheEditor.Line[0]) TheEditor.RedrawLine();
     }
+    TheScreen.PollEnabled = polling;
     Host->ShowCaret();
 }
 
