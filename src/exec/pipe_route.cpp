@@ -379,7 +379,8 @@ void PipeRun::Wait()
     Host->Refresh();
     Host->ShowCaret();
     TheEditor.ResetLine();
-    InputMode = 1;
+    // A request served meanwhile may run another program on pipes of its own.
+    int outerMode = std::exchange(InputMode, 1);
     while (!quit_) {
         // The read comes first, so what the program wrote is shown before
         // its end is noticed.
@@ -405,7 +406,7 @@ void PipeRun::Wait()
             break;
         }
     }
-    InputMode = 0;
+    InputMode = outerMode;
     Host->HideCaret();
 }
 
