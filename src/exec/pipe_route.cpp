@@ -259,8 +259,8 @@ void PipeRun::Drain(bool atTheEnd)
 {
     if (!readOpen_) return;
     Host->HideCaret();
-    // The writer would ask the window for Ctrl-C at every line end, which
-    // costs a trip to the system per line; the wait asks once per turn.
+    // The writer would ask the host for Ctrl-C at every line end, a trip to
+    // the system per line; the wait asks once per turn instead.
     int polling = std::exchange(TheScreen.PollEnabled, 0);
     codePage_ = ActivePage();
     if (codePage_ == CP_UTF8 || !GetCPInfo(codePage_, &pageInfo_)) pageInfo_.MaxCharSize = 1;
