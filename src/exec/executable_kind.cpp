@@ -21,8 +21,17 @@ struct HeaderFacts {
     uint16_t Subsystem = 0;
 };
 
-bool ReadAt(HANDLE file, uint32_t offset, void* buffer, DWORD size)
+// The first bytes of a file, which hold the headers of nearly every program,
+// so that classifying one costs a single read.
+constexpr DWORD kHeadSize = 4096;
+
+// The file's bytes at offset: from head when it holds them, else read.
+bool BytesAt(HANDLE file, const uint8_t* head, DWORD headSize, uint32_t offset, void* buffer, DWORD size)
 {
+    if (uint64_t(offset) + size <= headSize) {
+        std::memcpy(buffer, head + offset, size);
+        return true;
+    }
     LARGE_INTEGER position{};
     position.QuadPart = offset;
     DWORD got = 0;
@@ -35,24 +44,27 @@ uint16_t Word(const uint8_t* p) { return uint16_t(p[0] | (p[1] << 8)); }
 HeaderFacts ReadHeaders(HANDLE file)
 {
     HeaderFacts facts;
-    uint8_t dos[64];
-    if (!ReadAt(file, 0, dos, sizeof(dos)) || dos[0] != 'M' || dos[1] != 'Z') return facts;
+    uint8_t dos[kHeadSize];
+    DWORD headSize = 0;
+    if (!ReadFile(file, dos, kHeadSize, &headSize, nullptr)) return facts;
+    if (headSize < 64 || dos[0] != 'M' || dos[1] != 'Z') return facts;
     facts.Readable = true;
     uint32_t offset = uint32_t(dos[60] | (dos[61] << 8) | (dos[62] << 16) | (uint32_t(dos[63]) << 24));
     if (offset < 64) return facts;
     // The signature, the file header (20 bytes) and the optional header up
     // to its subsystem field (offset 68 in both PE32 and PE32+).
     uint8_t header[4 + 20 + 70] = {};
-    if (!ReadAt(file, offset, header, 2)) return facts;
+    if (!BytesAt(file, dos, headSize, offset, header, 2)) return facts;
     if (header[0] == 'N' && header[1] == 'E') {
         uint8_t segmented[0x56] = {};
-        if (ReadAt(file, offset, segmented, sizeof(segmented))) {
+        if (BytesAt(file, dos, headSize, offset, segmented, sizeof(segmented))) {
             facts.SegmentedWindows = segmented[0x36] == 2;
             facts.SegmentedGui = Word(segmented + 0x54) == 2;
         }
         return facts;
     }
-    if (!ReadAt(file, offset, header, sizeof(header)) || std::memcmp(header, "PE\0\0", 4) != 0) return facts;
+    if (!BytesAt(file, dos, headSize, offset, header, sizeof(header)) || std::memcmp(header, "PE\0\0", 4) != 0)
+        return facts;
     facts.Portable = true;
     facts.Magic = Word(header + 24);
     facts.Subsystem = Word(header + 24 + 68);

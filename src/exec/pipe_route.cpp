@@ -8,26 +8,34 @@
 #include "app/window_host.h"
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
+#include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
 
+#include <cstring>
+#include <cwchar>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
 constexpr DWORD kOutputPipeSize = 1 << 20;
 constexpr DWORD kInputPipeSize = 1 << 16;
-// Reads are large, so that a program that writes a lot costs few trips
-// through the system; what was read goes to the screen in slices of at most
-// kShowChunk bytes, the unit the screen's console output is written in.
-constexpr DWORD kReadChunk = 1 << 16;
-constexpr DWORD kShowChunk = 0x1FFE;
-// Reads handled in one turn before the messages get theirs.
-constexpr int kReadsPerTurn = 8;
-constexpr int kReadsAtTheEnd = 4096;
+// One read takes at most this many bytes, the unit the screen's console
+// output is written in.
+constexpr DWORD kReadLimit = 0x1FFE;
+// The bytes of a character cut by the end of a read wait at the front of the
+// buffer for the rest; no code page has longer characters.
+constexpr DWORD kCarryMax = 4;
+// How long one turn may read before the messages get theirs, so typing,
+// painting and Ctrl-C stay prompt while a program writes without a pause.
+constexpr ULONGLONG kReadShareMilliseconds = 50;
+// Once the program has ended, what is left in the pipe is read; the bound is
+// for the program's own children, which may hold the pipe and go on writing.
+constexpr int kReadsAtTheEnd = int(2 * kOutputPipeSize / kReadLimit);
 constexpr DWORD kTickMilliseconds = 250;
 // After Ctrl-C a program gets this long to end once its pipes are closed.
 constexpr ULONGLONG kBreakGraceMilliseconds = 20 * kTickMilliseconds;
@@ -46,9 +54,9 @@ public:
     void Finish();
 
 private:
-    void Drain(bool everything);
+    void Drain(bool atTheEnd);
     bool TakeRead(DWORD& got);
-    void Show(const char* bytes, DWORD count);
+    void Show(DWORD got);
     bool PumpMessages();
     void SendTypedLine();
     void OnBreak();
@@ -61,8 +69,12 @@ private:
     bool pending_ = false;
     bool readOpen_ = false;
     bool quit_ = false;
-    std::unique_ptr<char[]> buffer_ = std::make_unique<char[]>(kReadChunk);
-    std::string carry_;
+    // Both buffers live for the run, so a read costs no allocation.
+    std::unique_ptr<char[]> bytes_ = std::make_unique<char[]>(kCarryMax + kReadLimit);
+    std::unique_ptr<wchar_t[]> text_ = std::make_unique<wchar_t[]>(kCarryMax + kReadLimit + 1);
+    DWORD carried_ = 0;
+    UINT codePage_ = CP_ACP;
+    CPINFO pageInfo_{};
     std::wstring echo_;
 };
 
@@ -76,14 +88,32 @@ std::wstring UniquePipeName()
     return std::wstring(L"\\\\.\\pipe\\ombrel-") + pid + L"-" + number + L"-" + tick;
 }
 
+// The server end of the output pipe, under a name that no other pipe has. A
+// name can still be taken: process numbers come back, and the children of an
+// ended shell may hold its pipe; then the next number is tried.
+HANDLE CreateOutputPipe(std::wstring& name)
+{
+    constexpr int kNameAttempts = 8;
+    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+        name = UniquePipeName();
+        HANDLE server = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED |
+                                                           FILE_FLAG_FIRST_PIPE_INSTANCE,
+                                         PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT, 1, 0, kOutputPipeSize, 0,
+                                         nullptr);
+        DWORD error = GetLastError();
+        if (server != INVALID_HANDLE_VALUE || (error != ERROR_ACCESS_DENIED && error != ERROR_PIPE_BUSY))
+            return server;
+    }
+    return INVALID_HANDLE_VALUE;
+}
+
 UINT ActivePage() { return CodePageOf(ActiveCodePage); }
 
 // The number of leading bytes that form whole characters; a character cut
 // by the end of a read waits for the next one. Single-byte code pages never
 // cut one, so their text costs no walk.
-size_t WholeCharacters(const std::string& bytes, UINT codePage, const CPINFO& info)
+size_t WholeCharacters(const char* bytes, size_t n, UINT codePage, const CPINFO& info)
 {
-    size_t n = bytes.size();
     if (codePage == CP_UTF8) {
         size_t back = 0;
         while (back < 3 && back < n && (uint8_t(bytes[n - 1 - back]) & 0xC0) == 0x80) ++back;
@@ -105,6 +135,15 @@ size_t WholeCharacters(const std::string& bytes, UINT codePage, const CPINFO& in
         else i += 2;
     }
     return n;
+}
+
+// Binary output carries zero units, which would end the text early.
+size_t DropZeros(wchar_t* text, size_t n)
+{
+    size_t kept = 0;
+    for (size_t i = 0; i < n; ++i)
+        if (text[i]) text[kept++] = text[i];
+    return kept;
 }
 
 } // namespace
@@ -138,11 +177,10 @@ bool PipeRun::CreatePipes()
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     PipeSet& pipes = state_.Pipes;
     readEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    std::wstring name = UniquePipeName();
     // The shell's ends are made without inheritance; only the child's ends
     // pass to the program.
-    HANDLE server = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
-                                     PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_WAIT, 1, 0, kOutputPipeSize, 0, nullptr);
+    std::wstring name;
+    HANDLE server = CreateOutputPipe(name);
     if (!readEvent_ || server == INVALID_HANDLE_VALUE) return false;
     pipes.ReadFromChild = server;
     HANDLE client = CreateFileW(name.c_str(), GENERIC_WRITE, 0, &inherit, OPEN_EXISTING, 0, nullptr);
@@ -159,8 +197,9 @@ bool PipeRun::Start(const wchar_t* program, const wchar_t* commandLine)
 {
     HandedFiles files;
     bool opened = files.Open();
-    // The program must not see the shell's messages to its helpers.
-    RemoveRunVariables();
+    // The program must not see the shell's messages to its helpers; the
+    // window stays named, so a program that talks to the shell finds it.
+    RemoveRunVariables(KeepCallWindow::Yes);
     if (!opened) {
         ReportId(35);
         ErrorLevel = 1;
@@ -197,7 +236,8 @@ bool PipeRun::TakeRead(DWORD& got)
     HANDLE pipe = state_.Pipes.ReadFromChild;
     got = 0;
     if (!pending_) {
-        if (!ReadFile(pipe, buffer_.get(), kReadChunk, nullptr, &overlapped_) && GetLastError() != ERROR_IO_PENDING) {
+        if (!ReadFile(pipe, bytes_.get() + carried_, kReadLimit, nullptr, &overlapped_) &&
+            GetLastError() != ERROR_IO_PENDING) {
             readOpen_ = false; // every writer has gone
             return false;
         }
@@ -213,50 +253,64 @@ bool PipeRun::TakeRead(DWORD& got)
     return true;
 }
 
-void PipeRun::Drain(bool everything)
+// Reads what the pipe holds now and shows it. A turn reads for a bounded
+// time only; at the end it reads until the pipe is empty.
+void PipeRun::Drain(bool atTheEnd)
 {
     if (!readOpen_) return;
     Host->HideCaret();
+    // The writer would ask the host for Ctrl-C at every line end, a trip to
+    // the system per line; the wait asks once per turn instead.
+    int polling = std::exchange(TheScreen.PollEnabled, 0);
+    codePage_ = ActivePage();
+    if (codePage_ == CP_UTF8 || !GetCPInfo(codePage_, &pageInfo_)) pageInfo_.MaxCharSize = 1;
+    ULONGLONG start = GetTickCount64();
+    bool shown = false;
     DWORD got = 0;
-    // Even the last drain is bounded: a program's own children may hold the
-    // pipe and go on writing after it ended.
-    int limit = everything ? kReadsAtTheEnd : kReadsPerTurn;
-    for (int reads = 0; readOpen_ && reads < limit; ++reads) {
-        if (!TakeRead(got)) break;
-        for (DWORD done = 0; done < got; done += kShowChunk)
-            Show(buffer_.get() + done, got - done < kShowChunk ? got - done : kShowChunk);
+    for (int reads = 1; readOpen_ && TakeRead(got); ++reads) {
+        Show(got);
+        shown = true;
+        if (atTheEnd ? reads >= kReadsAtTheEnd : GetTickCount64() - start >= kReadShareMilliseconds) break;
     }
+    if (shown) {
+        // A line half typed moves below the output.
+        TheScreen.EditX = TheScreen.CursorX;
+        TheScreen.EditY = TheScreen.CursorY;
+        if (TheEditor.Line[0]) TheEditor.RedrawLine();
+    }
+    TheScreen.PollEnabled = polling;
     Host->ShowCaret();
 }
 
-void PipeRun::Show(const char* bytes, DWORD count)
+// Shows the bytes of one read, behind any carried from the last.
+void PipeRun::Show(DWORD got)
 {
+    size_t count = size_t(carried_) + got;
     if (count == 0) return;
-    UINT codePage = ActivePage();
-    CPINFO info{};
-    if (codePage != CP_UTF8 && !GetCPInfo(codePage, &info)) info.MaxCharSize = 1;
-    carry_.append(bytes, count);
-    size_t whole = WholeCharacters(carry_, codePage, info);
-    if (whole == 0) return;
-    std::wstring text(whole + 1, L'\0');
-    int units = MultiByteToWideChar(codePage, 0, carry_.data(), int(whole), text.data(), int(whole));
-    carry_.erase(0, whole);
-    text.resize(size_t(units > 0 ? units : 0));
+    char* bytes = bytes_.get();
+    size_t whole = WholeCharacters(bytes, count, codePage_, pageInfo_);
+    // Never more than a character's bytes wait; anything longer is no character.
+    if (count - whole > kCarryMax - 1) whole = count;
+    if (whole == 0) {
+        carried_ = DWORD(count);
+        return;
+    }
+    wchar_t* text = text_.get();
+    int converted = MultiByteToWideChar(codePage_, 0, bytes, int(whole), text, int(whole));
+    size_t units = converted > 0 ? size_t(converted) : 0;
+    carried_ = DWORD(count - whole);
+    std::memmove(bytes, bytes + whole, carried_);
     // The program's own echo of a line typed to it is shown once, by the editor.
-    if (!echo_.empty() && text.compare(0, echo_.size(), echo_) == 0) {
-        size_t skip = echo_.size();
-        if (text.compare(skip, 2, L"\r\n") == 0) skip += 2;
-        else if (text.compare(skip, 1, L"\n") == 0) skip += 1;
-        text.erase(0, skip);
+    size_t skip = 0;
+    if (!echo_.empty() && units >= echo_.size() && std::wmemcmp(text, echo_.data(), echo_.size()) == 0) {
+        skip = echo_.size();
+        if (units >= skip + 2 && text[skip] == L'\r' && text[skip + 1] == L'\n') skip += 2;
+        else if (units >= skip + 1 && text[skip] == L'\n') skip += 1;
     }
     echo_.clear();
-    // Binary output carries zero units, which would end the text early.
-    std::erase(text, L'\0');
-    TheScreen.ConsoleWrite(text.c_str(), 0, 0);
-    // A line half typed moves below the output.
-    TheScreen.EditX = TheScreen.CursorX;
-    TheScreen.EditY = TheScreen.CursorY;
-    if (TheEditor.Line[0]) TheEditor.RedrawLine();
+    units = DropZeros(text + skip, units - skip);
+    text[skip + units] = 0;
+    TheScreen.ConsoleWrite(text + skip, 0, 0);
 }
 
 void PipeRun::SendTypedLine()
@@ -320,17 +374,25 @@ bool PipeRun::PumpMessages()
 
 void PipeRun::Wait()
 {
+    // A program that talks to the shell's window is answered while it runs.
+    ServedProgram served(info_.dwProcessId);
     Host->Refresh();
     Host->ShowCaret();
     TheEditor.ResetLine();
-    InputMode = 1;
+    // A request served meanwhile may run another program on pipes of its own.
+    int outerMode = std::exchange(InputMode, 1);
     while (!quit_) {
-        HANDLE handles[2] = {info_.hProcess, readEvent_.get()};
+        // The read comes first, so what the program wrote is shown before
+        // its end is noticed.
+        HANDLE handles[2] = {readEvent_.get(), info_.hProcess};
+        HANDLE* waited = pending_ ? handles : handles + 1;
         DWORD count = pending_ ? 2 : 1;
-        // A turn that stopped at its share of reads left more waiting: look
-        // at the messages and go on at once.
+        // A turn that stopped at its share of reading left more waiting: look
+        // at the messages and go on at once. Otherwise the wait ends when data
+        // arrives, the program ends or a message comes; the tick is only for
+        // a Ctrl-C that arrives by no message.
         DWORD timeout = (readOpen_ && !pending_) ? 0 : kTickMilliseconds;
-        MsgWaitForMultipleObjects(count, handles, FALSE, timeout, QS_ALLINPUT);
+        MsgWaitForMultipleObjectsEx(count, waited, timeout, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
         Drain(false);
         if (!PumpMessages()) break;
         if (!TheScreen.BreakFlag) Host->PollBreak();
@@ -344,7 +406,7 @@ void PipeRun::Wait()
             break;
         }
     }
-    InputMode = 0;
+    InputMode = outerMode;
     Host->HideCaret();
 }
 

@@ -120,13 +120,20 @@ using RedirectionSwitch = BOOL(WINAPI*)(PVOID*);
 // A 32-bit shell on a 64-bit system sees System32 through the redirection;
 // only there is the search beneath it worth doing. A 64-bit shell has no
 // redirection to switch off, and the call fails by design.
-bool RunsUnderWow64()
+bool AskWow64()
 {
     using Query = BOOL(WINAPI*)(HANDLE, PBOOL);
     auto query = reinterpret_cast<Query>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"KERNEL32.DLL"), "IsWow64Process")));
     BOOL wow64 = FALSE;
     return query && query(GetCurrentProcess(), &wow64) && wow64;
+}
+
+// Asked once: a process never changes its kind.
+bool RunsUnderWow64()
+{
+    static const bool wow64 = AskWow64();
+    return wow64;
 }
 
 // A GUI program found in System32 beneath the redirection starts through
@@ -144,7 +151,9 @@ std::wstring ThroughSysnative(const std::wstring& found)
 
 std::wstring SearchBeneathRedirection(const wchar_t* word)
 {
-    if (!ProfileReadInt(L"Ombrel", L"WOW64", 1) || !RunsUnderWow64()) return {};
+    // The setting is read only where it can matter, so a search costs no
+    // settings read in a 64-bit shell.
+    if (!RunsUnderWow64() || !ProfileReadInt(L"Ombrel", L"WOW64", 1)) return {};
     HMODULE kernel = GetModuleHandleW(L"KERNEL32.DLL");
     auto disable = reinterpret_cast<RedirectionSwitch>(
         reinterpret_cast<void*>(GetProcAddress(kernel, "Wow64DisableWow64FsRedirection")));

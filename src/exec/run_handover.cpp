@@ -25,9 +25,10 @@ std::wstring RunVariable(const wchar_t* name)
     return value;
 }
 
-void RemoveRunVariables()
+void RemoveRunVariables(KeepCallWindow keep)
 {
-    for (const wchar_t* name : kRunVariables) SetEnvironmentVariableW(name, nullptr);
+    for (const wchar_t* name : kRunVariables)
+        if (keep == KeepCallWindow::No || lstrcmpW(name, L"=hwnd") != 0) SetEnvironmentVariableW(name, nullptr);
 }
 
 bool HandedFiles::Open()

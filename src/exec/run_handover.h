@@ -10,8 +10,11 @@
 
 // The value of a run variable, or empty.
 std::wstring RunVariable(const wchar_t* name);
-// Removes every run variable, so that the program never sees them.
-void RemoveRunVariables();
+// Removes the run variables, so that the program never sees them. A program
+// started on the shell's pipes keeps "=hwnd": that is how it finds the window
+// to send its requests to.
+enum class KeepCallWindow { No, Yes };
+void RemoveRunVariables(KeepCallWindow keep = KeepCallWindow::No);
 
 class HandedFiles {
 public:

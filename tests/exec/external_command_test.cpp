@@ -1,6 +1,7 @@
 // External commands end to end: the sample .EXC started by ombc.exe reads its
 // arguments, walks files, sets a variable the shell then sees, and has the
-// shell run a nested line, all through requests to the shell's window.
+// shell run a nested line, all through requests to the shell's window; a
+// console program that is such a client is served while it runs on the pipes.
 #include "exec_support.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,10 @@ TEST(ExternalCommand, ArgumentsWalkVariablesAndNestedRuns)
     f.WriteBytes(L"b.txt", "b");
     f.WriteBytes(L"a.txt", "a");
     f.WriteBytes(L"c.log", "c");
+    // The same client as a console program: it runs on the shell's pipes and
+    // finds the window by the variable the shell hands it.
+    std::wstring sample = ProgramFolder() + L"\\excsample.exc";
+    ASSERT_TRUE(CopyFileW(sample.c_str(), (f / L"piped.exe").c_str(), FALSE));
     const ExternalCase cases[] = {
         {"excsample *.txt COUNTED\necho level %errorlevel% counted %COUNTED%\n",
          L"argument 0: excsample\nargument 1: *.txt\nargument 2: COUNTED\nfile: a.txt\nfile: b.txt\n"
@@ -28,6 +33,9 @@ TEST(ExternalCommand, ArgumentsWalkVariablesAndNestedRuns)
         {"excsample *.none N\necho level %errorlevel% n=%N%\n",
          L"argument 0: excsample\nargument 1: *.none\nargument 2: N\nnested sees 0\nnested errorlevel 0\n"
          L"level 0 n=0\n"},
+        {"piped *.txt VIA\necho level %errorlevel% via %VIA%\n",
+         L"argument 0: piped\nargument 1: *.txt\nargument 2: VIA\nfile: a.txt\nfile: b.txt\n"
+         L"nested sees 2\nnested errorlevel 0\nlevel 2 via 2\n"},
         // Too few arguments: the command says how to call it.
         {"excsample\necho level %errorlevel%\n",
          L"argument 0: excsample\nusage: excsample PATTERN NAME\nlevel 255\n"},

@@ -166,6 +166,15 @@ TEST(Launch, BinaryNoiseAndLongOutput)
     std::wstring lines = TypedWithPrograms(f, "flood 20000\n");
     EXPECT_NE(lines.find(L"00020000 abc"), std::wstring::npos);
     EXPECT_NE(lines.find(L"00010000 abc"), std::wstring::npos);
+    // Every line arrives once and in order, also where a read ends inside a
+    // character.
+    std::wstring expected;
+    for (int i = 1; i <= 6000; ++i) {
+        std::wstring number = std::to_wstring(i);
+        expected += std::wstring(7 - number.size(), L'0') + number + L" \u00FC\u20AC\U0001F600\n";
+    }
+    EXPECT_EQ(TypedWithPrograms(f, "chcp 65001\nflood utf8 6000\necho el=%errorlevel%\n"),
+              expected + L"\ndone\nel=0\n");
 }
 
 } // namespace

@@ -64,6 +64,14 @@ TEST_F(ProgramWindowTest, OutputShowsAndTypedLinesReachTheProgram)
     EXPECT_EQ(ErrorLevel, 2);
 }
 
+TEST_F(ProgramWindowTest, AProgramsEchoOfATypedLineShowsOnce)
+{
+    Post(L"hello\r");
+    Run(L"\"" + Program(L"echo_in.exe") + L"\" once");
+    EXPECT_EQ(Screen(), L"hello\ndone\n\n");
+    EXPECT_EQ(ErrorLevel, 1);
+}
+
 TEST_F(ProgramWindowTest, CtrlCClosesTheProgramsPipes)
 {
     // A program that writes fails once its output is gone, and ends.
