@@ -23,6 +23,7 @@ TEST(ExternalCommand, ArgumentsWalkVariablesAndNestedRuns)
     f.WriteBytes(L"c.log", "c");
     // The same client as a console program: it runs on the shell's pipes and
     // finds the window by the variable the shell hands it.
+    OmbrelSetting pipes(L"Emulator", 0);
     std::wstring sample = ProgramFolder() + L"\\excsample.exc";
     ASSERT_TRUE(CopyFileW(sample.c_str(), (f / L"piped.exe").c_str(), FALSE));
     const ExternalCase cases[] = {
