@@ -1,6 +1,7 @@
 #include "lang/internal_vars.h"
 
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 #include "lang/random.h"
 #include "lang/shell_command.h"
 #include "lang/short_date.h"
@@ -124,6 +125,7 @@ void SpecialFolderValue(const Output& out, int folder)
     auto pathOf = reinterpret_cast<PathFn>(reinterpret_cast<void*>(GetProcAddress(shell, "SHGetPathFromIDListW")));
     if (!location || !pathOf) return;
     LPITEMIDLIST list = nullptr;
+    SyncEnvironment(); // the folders may be written with variables
     if (location(nullptr, folder, &list) != S_OK || !list) return;
     wchar_t path[MAX_PATH] = {};
     if (pathOf(list, path)) out.Text(path);

@@ -3,6 +3,7 @@
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "screen/screen_store.h"
 
 #include <cstring>
@@ -15,6 +16,7 @@ namespace {
 std::wstring TemporaryName()
 {
     wchar_t folder[kPathMax], name[kPathMax];
+    SyncEnvironment();
     DWORD n = GetTempPathW(kPathMax, folder);
     if (n == 0 || n >= kPathMax) lstrcpyW(folder, L".");
     if (GetTempFileNameW(folder, L"TMP", 0, name) || GetTempFileNameW(L".", L"TMP", 0, name)) return name;

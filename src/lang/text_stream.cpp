@@ -2,6 +2,7 @@
 
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 
 #include <cstring>
 
@@ -53,6 +54,7 @@ void TextStream::Adopt(HANDLE handle)
 bool TextStream::OpenTemporary(const wchar_t* directory)
 {
     wchar_t folder[kPathMax];
+    SyncEnvironment();
     if (directory) CopyCutW(folder, directory, kPathMax);
     else if (!GetTempPathW(kPathMax, folder)) lstrcpyW(folder, L".");
     wchar_t name[kPathMax];
