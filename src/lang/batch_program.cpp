@@ -130,7 +130,7 @@ bool BatchProgram::Analyse()
         joiner->Clear();
         for (;;) {
             GroupJoiner::Result joined =
-                lstrlenW(RawLine(i)) > kLongestLine ? GroupJoiner::Result::TooLong : joiner->Add(RawLine(i));
+                RawLength(i) > kLongestLine ? GroupJoiner::Result::TooLong : joiner->Add(RawLine(i));
             if (joined == GroupJoiner::Result::TooLong) {
                 ReportId(59);
                 return false;
@@ -154,6 +154,12 @@ bool BatchProgram::Analyse()
         if (IsProcedureStart(text)) procedures_.emplace(LowerKey(WordAt(text + 4)), first);
     }
     return true;
+}
+
+int BatchProgram::RawLength(int index) const
+{
+    size_t end = size_t(index) + 1 < starts_.size() ? starts_[size_t(index) + 1] : text_.size();
+    return int(end - starts_[size_t(index)]) - 1; // less the line's end mark
 }
 
 const wchar_t* BatchProgram::RunText(int index) const

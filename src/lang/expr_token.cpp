@@ -12,9 +12,17 @@ namespace {
 
 bool IsDecimalDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
-bool IsNameStart(wchar_t c) { return IsCharAlphaW(c) != FALSE; }
+bool IsAsciiLetter(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
 
-bool IsNameChar(wchar_t c) { return IsCharAlphaNumericW(c) || c == L'_' || c == L'.'; }
+// Plain letters are answered here: the platform's class look-up costs more
+// than the rest of reading a short name.
+bool IsNameStart(wchar_t c) { return c < 0x80 ? IsAsciiLetter(c) : IsCharAlphaW(c) != FALSE; }
+
+bool IsNameChar(wchar_t c)
+{
+    if (c < 0x80) return IsAsciiLetter(c) || IsDecimalDigit(c) || c == L'_' || c == L'.';
+    return IsCharAlphaNumericW(c) != FALSE;
+}
 
 // lstrtoi64W answers the largest integer both for exactly that number and for
 // any larger one, so the digits it read are compared with the largest

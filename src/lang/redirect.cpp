@@ -65,7 +65,13 @@ int64_t SizeOf(HANDLE file)
 
 RedirectionNames ActiveRedirection;
 
-bool MayRedirect(const wchar_t* text) { return std::wcspbrk(text, L"<>|^") != nullptr; }
+bool MayRedirect(const wchar_t* text)
+{
+    // Asked of every statement: a plain loop, not a character-set search.
+    for (; *text; ++text)
+        if (*text == L'<' || *text == L'>' || *text == L'|' || *text == L'^') return true;
+    return false;
+}
 
 StatementRedirects::~StatementRedirects()
 {

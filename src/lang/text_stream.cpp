@@ -148,7 +148,8 @@ int32_t TextStream::SniffEncoding()
 
 bool TextStream::ReadNarrowLine(std::wstring& line)
 {
-    std::string bytes;
+    std::string& bytes = narrow_;
+    bytes.clear();
     int b = NextByte();
     if (b < 0) return false;
     UINT codePage = Encoding == Utf8Text ? CP_UTF8 : CodePageOf(ActiveCodePage);
@@ -219,7 +220,6 @@ const wchar_t* TextStream::ReadLine()
     bool got = (Encoding == Utf16LE || Encoding == Utf16BE) ? ReadWideLine(line_) : ReadNarrowLine(line_);
     if (!got) return nullptr;
     ++LinesRead;
-    LineChars = CharCountW(line_.c_str(), int(line_.size()));
     return line_.c_str();
 }
 
