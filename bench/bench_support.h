@@ -53,6 +53,14 @@ inline double TimeRun(std::wstring commandLine)
     return Seconds(start, end);
 }
 
+// The first start of a program in a fresh prefix pays for the platform's own
+// caches; each shell is started once untimed so that no figure carries it.
+inline void WarmUpShells()
+{
+    TimeRun(L"\"" + ProgramFolder() + L"ombc.exe\" /C rem");
+    TimeRun(L"cmd.exe /c rem");
+}
+
 // Creates the main window and installs the window host; false when the
 // window cannot be made (no display).
 inline bool OpenBenchWindow(WindowHost& host)

@@ -54,6 +54,7 @@ int main(int argc, char** argv)
     GetCurrentDirectoryW(MAX_PATH, here);
     std::wstring scratch = std::wstring(here) + L"\\";
 
+    WarmUpShells();
     std::wstring ours = scratch + L"bench_count.bat", theirs = scratch + L"bench_count_cmd.bat";
     WriteText(ours, "@echo off\r\nset n=0\r\nfor %%i is 1 to " + limit + " do let n=n+1\r\necho %n%\r\n");
     WriteText(theirs, "@echo off\r\nset n=0\r\nfor /L %%i in (1,1," + limit + ") do set /a n+=1\r\necho %n%\r\n");
