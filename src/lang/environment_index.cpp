@@ -79,6 +79,24 @@ uint64_t changeCount = 0;
 // One key buffer for every lookup, so a read allocates nothing.
 std::wstring lookupKey;
 
+// The entries of the last name looked up and changed: a loop reads and sets
+// the same variable turn after turn, and then needs no hashing at all.
+// Entries of an unordered map stay where they are until erased.
+std::wstring lastKey;
+std::wstring* lastValue = nullptr;
+std::wstring lastChangeKey;
+PendingChange* lastChange = nullptr;
+
+// The value entry of the key in lookupKey, or null.
+std::wstring* IndexedValue(Index& index)
+{
+    if (lastValue && lastKey == lookupKey) return lastValue;
+    auto found = index.find(lookupKey);
+    if (found == index.end()) return nullptr;
+    lastKey = lookupKey;
+    return lastValue = &found->second;
+}
+
 bool Refused(const wchar_t* name, const wchar_t* value)
 {
     size_t length = wcslen(name);
@@ -90,7 +108,11 @@ bool Refused(const wchar_t* name, const wchar_t* value)
 
 void NotePending(const std::wstring& key, const wchar_t* name, const wchar_t* value)
 {
-    PendingChange& change = ThePending()[key];
+    if (!lastChange || lastChangeKey != key) {
+        lastChange = &ThePending()[key];
+        lastChangeKey = key;
+    }
+    PendingChange& change = *lastChange;
     if (!value) {
         change.Deleted = true;
         change.HasValue = false;
@@ -121,8 +143,7 @@ const std::wstring* FindEnvironment(const wchar_t* name)
     }
     Index& index = TheIndex();
     MakeKey(name, lookupKey);
-    auto found = index.find(lookupKey);
-    return found == index.end() ? nullptr : &found->second;
+    return IndexedValue(index);
 }
 
 bool WriteEnvironment(const wchar_t* name, const wchar_t* value)
@@ -136,14 +157,15 @@ bool WriteEnvironment(const wchar_t* name, const wchar_t* value)
     }
     if (Refused(name, value)) return false;
     MakeKey(name, lookupKey);
-    auto found = index.find(lookupKey);
+    std::wstring* entry = IndexedValue(index);
     if (!value) {
-        if (found == index.end()) return true;
-        index.erase(found);
-    } else if (found == index.end()) {
+        if (!entry) return true;
+        index.erase(lookupKey);
+        lastValue = nullptr;
+    } else if (!entry) {
         index.emplace(lookupKey, std::wstring(value));
     } else {
-        found->second.assign(value);
+        entry->assign(value);
     }
     NotePending(lookupKey, name, value);
     return true;
@@ -172,4 +194,5 @@ void SyncEnvironment()
         SetEnvironmentVariableW(change->LastName.c_str(), change->Value.c_str());
     }
     pending.clear();
+    lastChange = nullptr;
 }

@@ -14,7 +14,7 @@ int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 {
     ExprCursor cursor;
     cursor.Position = text;
-    result = ExprValue{};
+    result.Clear();
     int ok = ParseExpression(cursor, -1, result);
     if (ok && cursor.Token != TokEnd) ok = Fail(cursor, ExprSyntax);
     if (ok && result.Type == ExprText) ok = Fail(cursor, ExprTextResult);

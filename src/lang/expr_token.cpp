@@ -85,7 +85,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     bool integerRead = integerEnd != p;
     if (integerRead && !IntegerOverflowed(p, integerEnd, integer) && !ContinuesAsReal(*integerEnd)) {
         *isNumber = true;
-        value = ExprValue{};
+        value.Clear();
         value.Integer = integer;
         cursor.Position = integerEnd;
         return 1;
@@ -99,7 +99,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     ClearMathError();
     double real = std::wcstod(digits.c_str(), nullptr);
     if (MathErrorAfter(real)) return Fail(cursor, ExprSyntax);
-    value = ExprValue{};
+    value.Clear();
     value.Real = real;
     value.Integer = integer; // what the integer reading left: && and || test it
     value.Type = ExprReal;
@@ -111,7 +111,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
 // it holds; the rest is read and dropped. An unclosed text ends the line.
 void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
 {
-    value = ExprValue{};
+    value.Clear();
     value.Type = ExprText;
     int kept = 0;
     for (++p; *p; ++p) {
@@ -132,7 +132,7 @@ void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
 // else (empty and undefined included) a text.
 void ConvertVariable(const std::wstring& text, ExprValue& value)
 {
-    value = ExprValue{};
+    value.Clear();
     if (!text.empty()) {
         const wchar_t* end;
         value.Integer = lstrtoi64W(text.c_str(), &end, 0);
