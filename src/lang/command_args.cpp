@@ -25,6 +25,9 @@ static bool StartsWithWordI(const wchar_t* text, const wchar_t* word)
 
 void ApplyDirectoryFix(wchar_t* text, int capacity)
 {
+    // Every word this looks for begins with c or e; most statements do not.
+    wchar_t first = ToLowerUnit(*text);
+    if (first != L'c' && first != L'e') return;
     if (StartsWithWordI(text, L"echo.") || StartsWithWordI(text, L"clip.")) return;
     for (const wchar_t* word : {L"cd", L"chdir"}) {
         int n = int(std::wcslen(word));

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <string>
 
 namespace {
 
@@ -234,10 +235,15 @@ std::span<const wchar_t* const> OfferedHelpNames() { return std::span(kHelpNames
 
 const CommandEntry* FindCommand(const wchar_t* word)
 {
+    // A loop runs one command turn after turn: the last answer is kept.
+    static std::wstring lastWord;
+    static const CommandEntry* lastEntry = nullptr;
+    if (lastEntry && lastWord == word) return lastEntry;
     CommandEntry key{word, nullptr, 0};
     auto it = std::lower_bound(std::begin(kCommands), std::end(kCommands), key, Precedes);
     if (it == std::end(kCommands) || CompareNames(it->Name, word) != 0) return nullptr;
-    return &*it;
+    lastWord = word;
+    return lastEntry = &*it;
 }
 
 bool DispatchBuiltin(BatchProgram* batch, const wchar_t* word)

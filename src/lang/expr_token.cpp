@@ -179,9 +179,14 @@ const OperatorSpelling kOperators[] = {
 int ReadOperator(ExprCursor& cursor, const wchar_t* p)
 {
     for (const OperatorSpelling& spelling : kOperators) {
-        size_t length = std::wcslen(spelling.Text);
-        if (std::wcsncmp(p, spelling.Text, length) == 0) {
-            cursor.Position = p + length;
+        const wchar_t* text = spelling.Text;
+        if (p[0] != text[0]) continue;
+        if (!text[1]) {
+            cursor.Position = p + 1;
+            return spelling.Token;
+        }
+        if (p[1] == text[1]) {
+            cursor.Position = p + 2;
             return spelling.Token;
         }
     }
