@@ -66,11 +66,16 @@ LoadEstimate EstimateLoad(const wchar_t* path, int32_t encoding)
     uint64_t bytes = 0, ends = 0, returns = 0;
     DWORD got = 0;
     while (ReadFile(file.get(), chunk.data(), DWORD(chunk.size()), &got, nullptr) && got > 0) {
-        for (DWORD i = 0; i < got; ++i) {
-            unsigned char b = chunk[i];
-            if (wide && (bytes + i) % 2 != low) continue;
-            if (b == '\n') ++ends;
-            else if (b == '\r') ++returns;
+        if (!wide) {
+            ends += uint64_t(std::count(chunk.begin(), chunk.begin() + got, '\n'));
+            returns += uint64_t(std::count(chunk.begin(), chunk.begin() + got, '\r'));
+        } else {
+            for (DWORD i = 0; i < got; ++i) {
+                unsigned char b = chunk[i];
+                if ((bytes + i) % 2 != low) continue;
+                if (b == '\n') ++ends;
+                else if (b == '\r') ++returns;
+            }
         }
         bytes += got;
     }
