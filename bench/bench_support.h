@@ -53,6 +53,26 @@ inline double TimeRun(std::wstring commandLine)
     return Seconds(start, end);
 }
 
+// A run short enough that a moment of load elsewhere on the machine would
+// swing it: the best of three, or -1.
+inline double BestOfThree(const std::wstring& commandLine)
+{
+    double best = -1;
+    for (int run = 0; run < 3; ++run) {
+        double seconds = TimeRun(commandLine);
+        if (seconds >= 0 && (best < 0 || seconds < best)) best = seconds;
+    }
+    return best;
+}
+
+// The first start of a program in a fresh prefix pays for the platform's own
+// caches; each shell is started once untimed so that no figure carries it.
+inline void WarmUpShells()
+{
+    TimeRun(L"\"" + ProgramFolder() + L"ombc.exe\" /C rem");
+    TimeRun(L"cmd.exe /c rem");
+}
+
 // Creates the main window and installs the window host; false when the
 // window cannot be made (no display).
 inline bool OpenBenchWindow(WindowHost& host)

@@ -6,6 +6,7 @@
 #include "input/editor_links.h"
 #include "input/prompt.h"
 #include "input/unix_mode.h"
+#include "lang/environment_index.h"
 #include "lang/shell_command.h"
 #include "lang/trace.h"
 #include "screen/colours.h"
@@ -55,6 +56,8 @@ void RunTopLevelLine()
     ConvertUnixInput(TheEditor.Submitted);
     EchoConvertedLine(TheEditor.Submitted);
     TheShell.RunLine(TheEditor.Submitted);
+    // The idle shell's process environment is always exact.
+    SyncEnvironment();
     EnableClose(true);
     Links->EnableHistoryList(true);
     TheScreen.BreakFlag = 0;

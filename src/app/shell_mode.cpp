@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 
 #include <string>
 
@@ -26,6 +27,7 @@ void CheckShellMode()
     if (!lstrstriW(value, L"OMB_REL") || !FirstInstance) return;
     ShellMode = 1;
     SetProcessShutdownParameters(0x100, 1);
+    SyncEnvironment();
     WinExec("TASKMAN.EXE", 1);
 }
 
@@ -37,6 +39,7 @@ static void StartEach(const wchar_t* key, int showCommand)
     auto start = [&] {
         if (entry.empty()) return;
         StringHolder holder;
+        SyncEnvironment();
         if (const char* narrow = ToNarrow(holder, entry.c_str())) WinExec(narrow, UINT(showCommand));
         entry.clear();
     };

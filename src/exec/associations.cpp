@@ -3,6 +3,7 @@
 #include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 
 #include <windows.h>
 
@@ -36,6 +37,7 @@ std::wstring OpenCommandFor(const wchar_t* extension)
     }
     if (command.empty()) return {};
     wchar_t expanded[kLineMax];
+    SyncEnvironment();
     DWORD n = ExpandEnvironmentStringsW(command.c_str(), expanded, kLineMax);
     return (n == 0 || n > DWORD(kLineMax)) ? command : std::wstring(expanded);
 }

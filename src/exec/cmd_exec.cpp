@@ -9,6 +9,7 @@
 #include "exec/task_list.h"
 #include "lang/builtins.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "lang/shell_command.h"
 #include "screen/colours.h"
 #include "screen/screen_store.h"
@@ -161,10 +162,11 @@ void CmdDebug()
 void CmdDos()
 {
     if (CommandArgs.ArgCount == 0) {
-        wchar_t comspec[kPathMax];
-        DWORD n = GetEnvironmentVariableW(L"COMSPEC", comspec, kPathMax);
+        const std::wstring* comspec = FindEnvironment(L"COMSPEC");
         StringHolder holder;
-        const char* narrow = (n > 0 && n < DWORD(kPathMax)) ? ToNarrow(holder, comspec) : nullptr;
+        const char* narrow =
+            (comspec && comspec->size() < size_t(kPathMax)) ? ToNarrow(holder, comspec->c_str()) : nullptr;
+        SyncEnvironment();
         if (!narrow || WinExec(narrow, SW_SHOWNORMAL) < 32) ReportId(8);
         return;
     }

@@ -5,6 +5,7 @@
 #include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 
 #include <windows.h>
 
@@ -44,9 +45,8 @@ std::wstring FullPathOf(const wchar_t* word)
 
 std::wstring EnvironmentValue(const wchar_t* name)
 {
-    auto buffer = std::make_unique<wchar_t[]>(kLineMax);
-    DWORD n = GetEnvironmentVariableW(name, buffer.get(), kLineMax);
-    return (n == 0 || n >= DWORD(kLineMax)) ? std::wstring() : std::wstring(buffer.get());
+    const std::wstring* value = FindEnvironment(name);
+    return (!value || value->size() >= size_t(kLineMax) - 1) ? std::wstring() : *value;
 }
 
 // Each piece of PATH up to the next ";" is a folder, taken as it stands (an
@@ -96,6 +96,7 @@ std::wstring SearchAppPaths(const wchar_t* word)
     std::wstring text = value;
     if (text.size() >= 2 && text.front() == L'"' && text.back() == L'"') text = text.substr(1, text.size() - 2);
     wchar_t expanded[kPathMax];
+    SyncEnvironment();
     DWORD n = ExpandEnvironmentStringsW(text.c_str(), expanded, kPathMax);
     if (n == 0 || n > DWORD(kPathMax)) return {};
     const wchar_t* slash = wcsrchr(expanded, L'\\');

@@ -13,6 +13,7 @@
 #include "exec/system_call_server.h"
 #include "lang/command_args.h"
 #include "lang/directories.h"
+#include "lang/environment_index.h"
 #include "lang/shell_command.h"
 
 #include <memory>
@@ -138,6 +139,7 @@ void StartPlanned(StartPlan& plan, RunState& state, const LaunchOptions& options
 
 std::wstring RunProgram(const LaunchOptions& options)
 {
+    SyncEnvironment();
     const wchar_t* word = CommandArgs.Command;
     if (CommandArgs.ArgCount == 0 && !CommandArgs.Switches[0] && NamesDirectory(word)) {
         RunDirectoryCase(word, options.NoWait);

@@ -2,6 +2,7 @@
 
 #include "app/errors.h"
 #include "app/globals.h"
+#include "lang/environment_index.h"
 #include "lang/shell_command.h"
 
 #include <shellapi.h>
@@ -30,6 +31,7 @@ void OpenShortcut(const wchar_t* path, const wchar_t* parameters)
     info.lpFile = path;
     info.lpParameters = (parameters && *parameters) ? parameters : nullptr;
     info.nShow = SW_SHOWNORMAL;
+    SyncEnvironment();
     if (!execute(&info)) {
         ReportId(8);
         ErrorLevel = 1;

@@ -6,6 +6,7 @@
 #include "app/toolkit/omdib.h"
 #include "files/file_walker.h"
 #include "lang/dispatch.h"
+#include "lang/environment_index.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -116,11 +117,10 @@ void CandidateList::AddFiles(const wchar_t* pattern, DWORD mask)
 
 void CandidateList::AddPathPrograms(const wchar_t* pattern)
 {
-    wchar_t path[kLineMax];
-    DWORD length = GetEnvironmentVariableW(L"PATH", path, kLineMax);
-    if (length == 0 || length >= DWORD(kLineMax)) return;
+    const std::wstring* path = FindEnvironment(L"PATH");
+    if (!path || path->size() >= size_t(kLineMax)) return;
     TheWalker.count = 0;
-    for (const wchar_t* start = path; *start;) {
+    for (const wchar_t* start = path->c_str(); *start;) {
         const wchar_t* end = start;
         while (*end && *end != L';') ++end;
         std::wstring directory(start, size_t(end - start));

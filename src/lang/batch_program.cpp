@@ -66,11 +66,16 @@ LoadEstimate EstimateLoad(const wchar_t* path, int32_t encoding)
     uint64_t bytes = 0, ends = 0, returns = 0;
     DWORD got = 0;
     while (ReadFile(file.get(), chunk.data(), DWORD(chunk.size()), &got, nullptr) && got > 0) {
-        for (DWORD i = 0; i < got; ++i) {
-            unsigned char b = chunk[i];
-            if (wide && (bytes + i) % 2 != low) continue;
-            if (b == '\n') ++ends;
-            else if (b == '\r') ++returns;
+        if (!wide) {
+            ends += uint64_t(std::count(chunk.begin(), chunk.begin() + got, '\n'));
+            returns += uint64_t(std::count(chunk.begin(), chunk.begin() + got, '\r'));
+        } else {
+            for (DWORD i = 0; i < got; ++i) {
+                unsigned char b = chunk[i];
+                if ((bytes + i) % 2 != low) continue;
+                if (b == '\n') ++ends;
+                else if (b == '\r') ++returns;
+            }
         }
         bytes += got;
     }
@@ -130,7 +135,7 @@ bool BatchProgram::Analyse()
         joiner->Clear();
         for (;;) {
             GroupJoiner::Result joined =
-                lstrlenW(RawLine(i)) > kLongestLine ? GroupJoiner::Result::TooLong : joiner->Add(RawLine(i));
+                RawLength(i) > kLongestLine ? GroupJoiner::Result::TooLong : joiner->Add(RawLine(i));
             if (joined == GroupJoiner::Result::TooLong) {
                 ReportId(59);
                 return false;
@@ -154,6 +159,12 @@ bool BatchProgram::Analyse()
         if (IsProcedureStart(text)) procedures_.emplace(LowerKey(WordAt(text + 4)), first);
     }
     return true;
+}
+
+int BatchProgram::RawLength(int index) const
+{
+    size_t end = size_t(index) + 1 < starts_.size() ? starts_[size_t(index) + 1] : text_.size();
+    return int(end - starts_[size_t(index)]) - 1; // less the line's end mark
 }
 
 const wchar_t* BatchProgram::RunText(int index) const

@@ -42,6 +42,7 @@ public:
     int LineCount() const { return int(starts_.size()); }
     // A physical line as read; the trace window shows these.
     const wchar_t* RawLine(int index) const { return text_.c_str() + starts_[size_t(index)]; }
+    int RawLength(int index) const;
     std::vector<std::wstring> RawLines() const;
     // True when the line at index runs and begins with "endproc".
     bool EndsProcedure(int index) const;

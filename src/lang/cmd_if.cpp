@@ -108,6 +108,14 @@ void ExpressionForm(wchar_t* p, Condition& c)
     c.truth = value.Type == 2 ? value.Real != 0 : uint32_t(uint64_t(value.Integer)) != 0;
 }
 
+// Whether text begins with word, compared as lstrstriW compares.
+bool StartsWithI(const wchar_t* text, const wchar_t* word)
+{
+    for (; *word; ++text, ++word)
+        if (!*text || ToUpperUnit(*text) != ToUpperUnit(*word)) return false;
+    return true;
+}
+
 // Finds the operator: "==" anywhere first, then the word operators.
 wchar_t* FindOperator(wchar_t* p, Operator& op, size_t& length)
 {
@@ -121,11 +129,20 @@ wchar_t* FindOperator(wchar_t* p, Operator& op, size_t& length)
         Operator op;
     } words[] = {{L" equ ", Operator::Equ}, {L" neq ", Operator::Neq}, {L" lss ", Operator::Lss},
                  {L" leq ", Operator::Leq}, {L" gtr ", Operator::Gtr}, {L" geq ", Operator::Geq}};
-    for (const auto& w : words)
-        if (const wchar_t* at = lstrstriW(p, w.text)) {
-            op = w.op;
+    // The first word of the list that stands anywhere wins, at its first
+    // place; every word begins with a blank, so only blanks are tried.
+    constexpr size_t kWords = sizeof words / sizeof words[0];
+    wchar_t* first[kWords] = {};
+    for (wchar_t* at = p; *at; ++at) {
+        if (*at != L' ') continue;
+        for (size_t k = 0; k < kWords; ++k)
+            if (!first[k] && StartsWithI(at, words[k].text)) first[k] = at;
+    }
+    for (size_t k = 0; k < kWords; ++k)
+        if (first[k]) {
+            op = words[k].op;
             length = 5;
-            return const_cast<wchar_t*>(at);
+            return first[k];
         }
     op = Operator::None;
     return nullptr;

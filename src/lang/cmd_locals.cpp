@@ -26,6 +26,7 @@ std::vector<std::vector<wchar_t>> localEnvStack;
 std::vector<wchar_t> CopyEnvironmentHalf()
 {
     std::vector<wchar_t> copy;
+    SyncEnvironment();
     wchar_t* block = GetEnvironmentStringsW();
     if (!block) return copy;
     size_t characters = 0;

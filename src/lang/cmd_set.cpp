@@ -14,7 +14,9 @@
 #include "screen/screen_store.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace {
@@ -37,10 +39,12 @@ bool ReadAssignment(Assignment& assignment)
         ReportId(32);
         return false;
     }
-    wchar_t name[kValueMax];
     int length = int(equals - text);
-    CopyCutW(name, text, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
-    ResolveSubscripts(name, assignment.Name, kValueMax);
+    CopyCutW(assignment.Name, text, (length < kValueMax - 1 ? length : kValueMax - 1) + 1);
+    if (std::wcschr(assignment.Name, L'.')) {
+        std::wstring name = assignment.Name;
+        ResolveSubscripts(name.c_str(), assignment.Name, kValueMax);
+    }
     assignment.Value = equals + 1;
     return true;
 }
@@ -151,17 +155,17 @@ void CmdLet()
     Assignment assignment;
     if (!ReadAssignment(assignment)) return;
     int error = 0;
-    auto result = std::make_unique<ExprValue>();
-    if (!EvaluateExpression(error, assignment.Value, *result)) {
+    ExprValue result;
+    if (!EvaluateExpression(error, assignment.Value, result)) {
         ReportExpressionError(error);
         return;
     }
-    if (result->Type == 1) {
+    if (result.Type == 1) {
         ReportId(50);
         return;
     }
     wchar_t number[64];
-    FormatExprValue(*result, number, 64);
+    FormatExprValue(result, number, 64);
     SetVariable(assignment.Name, number);
 }
 

@@ -4,6 +4,7 @@
 #include "app/toolkit/omdib.h"
 
 #include <cstring>
+#include <cwchar>
 #include <initializer_list>
 #include <utility>
 
@@ -24,13 +25,16 @@ static bool StartsWithWordI(const wchar_t* text, const wchar_t* word)
 
 void ApplyDirectoryFix(wchar_t* text, int capacity)
 {
+    // Every word this looks for begins with c or e; most statements do not.
+    wchar_t first = ToLowerUnit(*text);
+    if (first != L'c' && first != L'e') return;
     if (StartsWithWordI(text, L"echo.") || StartsWithWordI(text, L"clip.")) return;
     for (const wchar_t* word : {L"cd", L"chdir"}) {
-        int n = lstrlenW(word);
+        int n = int(std::wcslen(word));
         if (!StartsWithWordI(text, word)) continue;
         wchar_t next = text[n];
         if (next != L'\\' && next != L'/' && next != L'.') continue;
-        int length = lstrlenW(text);
+        int length = int(std::wcslen(text));
         if (length + 1 >= capacity) return;
         std::memmove(text + n + 1, text + n, size_t(length - n + 1) * sizeof(wchar_t));
         text[n] = L' ';

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 
 #include <windows.h>
 
@@ -28,7 +29,7 @@ bool ChangeDirectory(const wchar_t* path)
 
     if (full[0] && full[1] == L':') {
         wchar_t name[4] = {L'=', full[0], L':', 0};
-        SetEnvironmentVariableW(name, full);
+        WriteEnvironment(name, full);
     }
     return true;
 }

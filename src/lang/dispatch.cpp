@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <string>
 
 namespace {
 
@@ -205,7 +206,18 @@ const wchar_t* const kHelpNames[] = {
 };
 constexpr int kHelpNamesWalked = 147;
 
-bool Precedes(const CommandEntry& a, const CommandEntry& b) { return std::wcscmp(a.Name, b.Name) < 0; }
+// Unit by unit, as wcscmp orders; written out because every statement looks
+// its word up.
+int CompareNames(const wchar_t* a, const wchar_t* b)
+{
+    while (*a && *a == *b) {
+        ++a;
+        ++b;
+    }
+    return int(*a) - int(*b);
+}
+
+bool Precedes(const CommandEntry& a, const CommandEntry& b) { return CompareNames(a.Name, b.Name) < 0; }
 
 bool InHelpList(const wchar_t* word)
 {
@@ -224,15 +236,21 @@ std::span<const wchar_t* const> OfferedHelpNames() { return std::span(kHelpNames
 
 const CommandEntry* FindCommand(const wchar_t* word)
 {
+    // A loop runs one command turn after turn: the last answer is kept.
+    static std::wstring lastWord;
+    static const CommandEntry* lastEntry = nullptr;
+    if (lastEntry && lastWord == word) return lastEntry;
     CommandEntry key{word, nullptr, 0};
     auto it = std::lower_bound(std::begin(kCommands), std::end(kCommands), key, Precedes);
-    if (it == std::end(kCommands) || std::wcscmp(it->Name, word) != 0) return nullptr;
-    return &*it;
+    if (it == std::end(kCommands) || CompareNames(it->Name, word) != 0) return nullptr;
+    lastWord = word;
+    return lastEntry = &*it;
 }
 
 bool DispatchBuiltin(BatchProgram* batch, const wchar_t* word)
 {
-    if (std::wcscmp(CommandArgs.Switches, L"?") == 0 && CommandArgs.ArgCount == 0 && InHelpList(word)) {
+    const wchar_t* switches = CommandArgs.Switches;
+    if (switches[0] == L'?' && switches[1] == 0 && CommandArgs.ArgCount == 0 && InHelpList(word)) {
         HelpLink(HelpKeyword, word);
         return true;
     }

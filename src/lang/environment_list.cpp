@@ -1,5 +1,6 @@
 #include "lang/environment_list.h"
 
+#include "lang/environment_index.h"
 #include "lang/variables.h"
 
 #include <windows.h>
@@ -7,6 +8,7 @@
 std::vector<EnvironmentEntry> ListEnvironment()
 {
     std::vector<EnvironmentEntry> entries;
+    SyncEnvironment();
     wchar_t* block = GetEnvironmentStringsW();
     if (!block) return entries;
     for (const wchar_t* p = block; *p; p += lstrlenW(p) + 1) {

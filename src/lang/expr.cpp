@@ -7,12 +7,14 @@
 #include "lang/expr_internal.h"
 
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 
 int EvaluateExpression(int& error, const wchar_t* text, ExprValue& result)
 {
     ExprCursor cursor;
     cursor.Position = text;
-    result = ExprValue{};
+    result.Clear();
     int ok = ParseExpression(cursor, -1, result);
     if (ok && cursor.Token != TokEnd) ok = Fail(cursor, ExprSyntax);
     if (ok && result.Type == ExprText) ok = Fail(cursor, ExprTextResult);
@@ -35,7 +37,14 @@ void ReportExpressionError(int error)
 void FormatExprValue(const ExprValue& value, wchar_t* out, int size)
 {
     wchar_t number[40];
-    if (value.Type == ExprReal) {
+    // A whole real of up to 15 digits reads the same as the integer, and a
+    // counting loop writes one every turn: no digit generation for it.
+    constexpr double kExactWhole = 1e15;
+    bool whole = value.Type == ExprReal && value.Real > -kExactWhole && value.Real < kExactWhole &&
+                 value.Real == double(int64_t(value.Real)) && !(value.Real == 0 && std::signbit(value.Real));
+    if (whole) {
+        i64tow_ex(int64_t(value.Real), number, 10);
+    } else if (value.Type == ExprReal) {
         char digits[40];
         auto written = std::to_chars(digits, digits + sizeof digits, value.Real, std::chars_format::general, 19);
         int length = int(written.ptr - digits);

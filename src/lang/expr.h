@@ -8,8 +8,20 @@
 struct ExprValue {
     double Real = 0;          // valid when Type is 2
     int64_t Integer = 0;      // valid when Type is 0
-    wchar_t Text[256] = {};   // valid when Type is 1
+    wchar_t Text[256];        // valid when Type is 1, up to its end mark
     int32_t Type = 0;         // 0 integer, 1 text, 2 real
+
+    // Only the start of the text is cleared: an expression makes and drops
+    // several values, and clearing all of the text each time cost more than
+    // the arithmetic.
+    ExprValue() { Text[0] = 0; }
+    void Clear()
+    {
+        Real = 0;
+        Integer = 0;
+        Text[0] = 0;
+        Type = 0;
+    }
 };
 
 // The values of ExprValue::Type.

@@ -12,9 +12,17 @@ namespace {
 
 bool IsDecimalDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
-bool IsNameStart(wchar_t c) { return IsCharAlphaW(c) != FALSE; }
+bool IsAsciiLetter(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
 
-bool IsNameChar(wchar_t c) { return IsCharAlphaNumericW(c) || c == L'_' || c == L'.'; }
+// Plain letters are answered here: the platform's class look-up costs more
+// than the rest of reading a short name.
+bool IsNameStart(wchar_t c) { return c < 0x80 ? IsAsciiLetter(c) : IsCharAlphaW(c) != FALSE; }
+
+bool IsNameChar(wchar_t c)
+{
+    if (c < 0x80) return IsAsciiLetter(c) || IsDecimalDigit(c) || c == L'_' || c == L'.';
+    return IsCharAlphaNumericW(c) != FALSE;
+}
 
 // lstrtoi64W answers the largest integer both for exactly that number and for
 // any larger one, so the digits it read are compared with the largest
@@ -77,7 +85,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     bool integerRead = integerEnd != p;
     if (integerRead && !IntegerOverflowed(p, integerEnd, integer) && !ContinuesAsReal(*integerEnd)) {
         *isNumber = true;
-        value = ExprValue{};
+        value.Clear();
         value.Integer = integer;
         cursor.Position = integerEnd;
         return 1;
@@ -91,7 +99,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
     ClearMathError();
     double real = std::wcstod(digits.c_str(), nullptr);
     if (MathErrorAfter(real)) return Fail(cursor, ExprSyntax);
-    value = ExprValue{};
+    value.Clear();
     value.Real = real;
     value.Integer = integer; // what the integer reading left: && and || test it
     value.Type = ExprReal;
@@ -103,7 +111,7 @@ int ReadNumber(ExprCursor& cursor, const wchar_t* p, ExprValue& value, bool* isN
 // it holds; the rest is read and dropped. An unclosed text ends the line.
 void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
 {
-    value = ExprValue{};
+    value.Clear();
     value.Type = ExprText;
     int kept = 0;
     for (++p; *p; ++p) {
@@ -124,7 +132,7 @@ void ReadText(ExprCursor& cursor, const wchar_t* p, ExprValue& value)
 // else (empty and undefined included) a text.
 void ConvertVariable(const std::wstring& text, ExprValue& value)
 {
-    value = ExprValue{};
+    value.Clear();
     if (!text.empty()) {
         const wchar_t* end;
         value.Integer = lstrtoi64W(text.c_str(), &end, 0);
@@ -171,9 +179,14 @@ const OperatorSpelling kOperators[] = {
 int ReadOperator(ExprCursor& cursor, const wchar_t* p)
 {
     for (const OperatorSpelling& spelling : kOperators) {
-        size_t length = std::wcslen(spelling.Text);
-        if (std::wcsncmp(p, spelling.Text, length) == 0) {
-            cursor.Position = p + length;
+        const wchar_t* text = spelling.Text;
+        if (p[0] != text[0]) continue;
+        if (!text[1]) {
+            cursor.Position = p + 1;
+            return spelling.Token;
+        }
+        if (p[1] == text[1]) {
+            cursor.Position = p + 2;
             return spelling.Token;
         }
     }

@@ -3,16 +3,23 @@
 // which an expression must not see.
 #include "lang/expr_internal.h"
 
+#include "lang/environment_index.h"
 #include "lang/variables.h"
+
+#include <memory>
 
 
 std::wstring ReadExprVariable(const std::wstring& name)
 {
-    wchar_t resolved[kValueMax];
-    ResolveSubscripts(name.c_str(), resolved, kValueMax);
-    wchar_t value[kValueMax];
-    int length = ReadVariable(resolved, value, kValueMax);
-    return std::wstring(value, size_t(length));
+    // A plain name is its own resolved name: only arrays need the buffer.
+    std::unique_ptr<wchar_t[]> resolved;
+    const wchar_t* lookup = name.c_str();
+    if (name.find(L'.') != std::wstring::npos || name.size() >= size_t(kValueMax)) {
+        resolved = std::make_unique_for_overwrite<wchar_t[]>(kValueMax);
+        lookup = ResolveSubscripts(lookup, resolved.get(), kValueMax);
+    }
+    const std::wstring* value = *lookup ? FindEnvironment(lookup) : nullptr;
+    return value ? value->substr(0, size_t(kValueMax - 1)) : std::wstring();
 }
 
 bool AssignExprVariable(const wchar_t* name, const wchar_t* value) { return SetVariable(name, value); }

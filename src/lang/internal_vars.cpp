@@ -1,6 +1,8 @@
 #include "lang/internal_vars.h"
 
 #include "app/toolkit/omdib.h"
+#include "app/toolkit/shell_folders.h"
+#include "lang/environment_index.h"
 #include "lang/random.h"
 #include "lang/shell_command.h"
 #include "lang/short_date.h"
@@ -113,21 +115,10 @@ void WindowsVersionValue(const Output& out)
 // the functions gives the empty text.
 void SpecialFolderValue(const Output& out, int folder)
 {
-    out.Text(L"");
-    HMODULE shell = GetModuleHandleW(L"SHELL32.DLL");
-    if (!shell) shell = LoadLibraryW(L"SHELL32.DLL");
-    if (!shell) return;
-    using LocationFn = HRESULT(WINAPI*)(HWND, int, LPITEMIDLIST*);
-    using PathFn = BOOL(WINAPI*)(LPCITEMIDLIST, LPWSTR);
-    auto location = reinterpret_cast<LocationFn>(
-        reinterpret_cast<void*>(GetProcAddress(shell, "SHGetSpecialFolderLocation")));
-    auto pathOf = reinterpret_cast<PathFn>(reinterpret_cast<void*>(GetProcAddress(shell, "SHGetPathFromIDListW")));
-    if (!location || !pathOf) return;
-    LPITEMIDLIST list = nullptr;
-    if (location(nullptr, folder, &list) != S_OK || !list) return;
-    wchar_t path[MAX_PATH] = {};
-    if (pathOf(list, path)) out.Text(path);
-    CoTaskMemFree(list);
+    wchar_t path[MAX_PATH];
+    SyncEnvironment(); // the folders may be written with variables
+    ShellFolderPath(folder, path, true);
+    out.Text(path);
 }
 
 void RandomNumberValue(const Output& out) { out.Number(int64_t(NextRandom()) * 65535 / 32768); }

@@ -3,6 +3,7 @@
 #include "app/toolkit/omdib.h"
 #include "input/editor.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "screen/screen_store.h"
 
 #include <cstring>
@@ -15,6 +16,7 @@ namespace {
 std::wstring TemporaryName()
 {
     wchar_t folder[kPathMax], name[kPathMax];
+    SyncEnvironment();
     DWORD n = GetTempPathW(kPathMax, folder);
     if (n == 0 || n >= kPathMax) lstrcpyW(folder, L".");
     if (GetTempFileNameW(folder, L"TMP", 0, name) || GetTempFileNameW(L".", L"TMP", 0, name)) return name;
@@ -63,7 +65,13 @@ int64_t SizeOf(HANDLE file)
 
 RedirectionNames ActiveRedirection;
 
-bool MayRedirect(const wchar_t* text) { return std::wcspbrk(text, L"<>|^") != nullptr; }
+bool MayRedirect(const wchar_t* text)
+{
+    // Asked of every statement: a plain loop, not a character-set search.
+    for (; *text; ++text)
+        if (*text == L'<' || *text == L'>' || *text == L'|' || *text == L'^') return true;
+    return false;
+}
 
 StatementRedirects::~StatementRedirects()
 {

@@ -165,7 +165,7 @@ void ShellCommand::RunOneCommand(BatchProgram* batch, const wchar_t* source)
 {
     wchar_t word[260];
     CopyCutW(word, CommandArgs.Command, 260);
-    CharLowerW(word);
+    for (wchar_t* unit = word; *unit; ++unit) *unit = ToLowerUnit(*unit);
 
     KeepErrorLevel = 0;
     TheScreen.BreakFlag = 0;

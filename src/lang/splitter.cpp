@@ -5,6 +5,7 @@
 #include "lang/expand.h"
 
 #include <cstring>
+#include <cwchar>
 #include <memory>
 #include <vector>
 
@@ -38,7 +39,7 @@ bool StatementSplitter::Next(bool expand)
     int n = int(cut - Rest);
     std::memcpy(statement, Rest, size_t(n) * sizeof(wchar_t));
     statement[n] = 0;
-    if (more) std::memmove(Rest, cut + 1, (size_t(lstrlenW(cut + 1)) + 1) * sizeof(wchar_t));
+    if (more) std::memmove(Rest, cut + 1, (std::wcslen(cut + 1) + 1) * sizeof(wchar_t));
     else Rest[0] = 0;
     pending_ = more;
 

@@ -2,13 +2,29 @@
 
 #include "app/errors.h"
 #include "app/toolkit/omdib.h"
+#include "lang/environment_index.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
 constexpr size_t kBufferSize = 1 << 16;
 constexpr int kEndOfFileMark = 26;
+
+// Code pages that read the bytes below 128 as those characters, so that a
+// line of such bytes needs no conversion call.
+bool KeepsAscii(UINT codePage)
+{
+    if (codePage == CP_ACP) codePage = GetACP();
+    else if (codePage == CP_OEMCP) codePage = GetOEMCP();
+    if (codePage == CP_UTF8 || (codePage >= 1250 && codePage <= 1258)) return true;
+    if ((codePage >= 28591 && codePage <= 28599) || codePage == 28603 || codePage == 28605) return true;
+    static const UINT kPages[] = {437, 720, 737, 775, 850, 852, 855, 857, 858, 860, 861,
+                                  862, 863, 865, 866, 869, 874, 932, 936, 949, 950};
+    return std::find(std::begin(kPages), std::end(kPages), codePage) != std::end(kPages);
+}
 
 } // namespace
 
@@ -53,6 +69,7 @@ void TextStream::Adopt(HANDLE handle)
 bool TextStream::OpenTemporary(const wchar_t* directory)
 {
     wchar_t folder[kPathMax];
+    SyncEnvironment();
     if (directory) CopyCutW(folder, directory, kPathMax);
     else if (!GetTempPathW(kPathMax, folder)) lstrcpyW(folder, L".");
     wchar_t name[kPathMax];
@@ -146,42 +163,62 @@ int32_t TextStream::SniffEncoding()
 
 bool TextStream::ReadNarrowLine(std::wstring& line)
 {
-    std::string bytes;
-    int b = NextByte();
-    if (b < 0) return false;
+    if (position_ >= fill_ && !Fill()) return false;
+    std::string& bytes = narrow_;
+    bytes.clear();
     UINT codePage = Encoding == Utf8Text ? CP_UTF8 : CodePageOf(ActiveCodePage);
     // Text without a mark is UTF-8 too after "chcp 65001".
     bool utf8 = codePage == CP_UTF8;
     int chars = 0;
-    for (; b >= 0; b = NextByte()) {
-        ++BytesConsumed;
-        if (b == '\n') break;
-        if (b == '\r') continue;
-        if (b == kEndOfFileMark) {
-            endReached_ = true;
-            position_ = fill_;
-            break;
+    unsigned char seen = 0; // the bytes taken, or-ed together
+    for (;;) {
+        if (position_ >= fill_ && !Fill()) break;
+        // A run of bytes that need no decision is taken at once.
+        size_t run = position_;
+        bool full = false;
+        while (run < fill_ && !full) {
+            unsigned char b = buffer_[run];
+            if (b == '\n' || b == '\r' || b == '\t' || b == kEndOfFileMark) break;
+            ++run;
+            seen |= b;
+            // In UTF-8 only lead bytes start a character.
+            if (!utf8 || (b & 0xC0) != 0x80) full = ++chars >= LineCapacity;
         }
-        if (b == '\t' && !KeepTabs) b = ' ';
-        bytes += static_cast<char>(b);
-        // In UTF-8 only lead bytes start a character.
-        if (!utf8 || (b & 0xC0) != 0x80) ++chars;
-        if (chars >= LineCapacity) {
-            // Keep the continuation bytes of the last character together.
-            if (utf8)
-                while (position_ < fill_ && (buffer_[position_] & 0xC0) == 0x80) {
-                    bytes += static_cast<char>(buffer_[position_++]);
-                    ++BytesConsumed;
-                }
-            break;
+        bytes.append(reinterpret_cast<const char*>(buffer_.data() + position_), run - position_);
+        BytesConsumed += int32_t(run - position_);
+        position_ = run;
+        if (!full) {
+            if (position_ >= fill_) continue;
+            unsigned char b = buffer_[position_++];
+            ++BytesConsumed;
+            if (b == '\n') break;
+            if (b == '\r') continue;
+            if (b == kEndOfFileMark) {
+                endReached_ = true;
+                position_ = fill_;
+                break;
+            }
+            bytes += KeepTabs ? '\t' : ' ';
+            if (++chars < LineCapacity) continue;
         }
+        // Keep the continuation bytes of the last character together.
+        if (utf8)
+            while (position_ < fill_ && (buffer_[position_] & 0xC0) == 0x80) {
+                bytes += static_cast<char>(buffer_[position_++]);
+                seen |= 0x80;
+                ++BytesConsumed;
+            }
+        break;
     }
     line.clear();
-    if (!bytes.empty()) {
-        int n = MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), nullptr, 0);
-        line.resize(size_t(n));
-        MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), line.data(), n);
+    if (bytes.empty()) return true;
+    if (!(seen & 0x80) && KeepsAscii(codePage)) {
+        line.assign(bytes.begin(), bytes.end());
+        return true;
     }
+    int n = MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), nullptr, 0);
+    line.resize(size_t(n));
+    MultiByteToWideChar(codePage, 0, bytes.data(), int(bytes.size()), line.data(), n);
     return true;
 }
 
@@ -217,7 +254,6 @@ const wchar_t* TextStream::ReadLine()
     bool got = (Encoding == Utf16LE || Encoding == Utf16BE) ? ReadWideLine(line_) : ReadNarrowLine(line_);
     if (!got) return nullptr;
     ++LinesRead;
-    LineChars = CharCountW(line_.c_str(), int(line_.size()));
     return line_.c_str();
 }
 

@@ -30,7 +30,6 @@ public:
     virtual ~TextStream();
 
     int32_t BytesConsumed = 0; // bytes taken by the last line read
-    int32_t LineChars = 0;     // characters in that line
     wchar_t Path[260] = {};
     int64_t FileSize = 0;
     int32_t LineCapacity = 1024;
@@ -89,4 +88,5 @@ private:
     bool endReached_ = false;
     int64_t bufferFilePosition_ = 0;
     std::wstring line_;
+    std::string narrow_; // the bytes of the line being read, kept to reuse
 };

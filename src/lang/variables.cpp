@@ -51,7 +51,7 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
         for (; from < to && n < size - 1; ++from) buffer[n++] = *from;
     };
     put(name, point);
-    wchar_t value[kValueMax], partName[kValueMax];
+    std::wstring partName;
     while (*point == L'.') {
         const wchar_t* part = point + 1;
         const wchar_t* end = part;
@@ -61,10 +61,9 @@ const wchar_t* ResolveSubscripts(const wchar_t* name, wchar_t* buffer, int size)
         if (AllDigits(part, end)) {
             put(part, end);
         } else {
-            int length = std::min(int(end - part), kValueMax - 1);
-            CopyCutW(partName, part, length + 1);
-            int got = ReadVariable(partName, value, kValueMax);
-            put(value, value + got);
+            partName.assign(part, size_t(std::min(int(end - part), kValueMax - 1)));
+            const std::wstring* value = partName.empty() ? nullptr : FindEnvironment(partName.c_str());
+            if (value) put(value->c_str(), value->c_str() + std::min(value->size(), size_t(kValueMax - 1)));
         }
         point = end;
     }

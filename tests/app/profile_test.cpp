@@ -249,6 +249,9 @@ TEST(Profile, ProgramFoldersAreTheShellsOwn)
     wchar_t programs[MAX_PATH], common[MAX_PATH];
     ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_PROGRAMS, nullptr, 0, programs), S_OK);
     ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_COMMON_PROGRAMS, nullptr, 0, common), S_OK);
+    // Looked up when first asked for, not while the store starts.
+    EXPECT_STREQ(TheProfile.ProgramsDir, L"");
+    TheProfile.FindProgramFolders();
     EXPECT_STREQ(TheProfile.ProgramsDir, programs);
     EXPECT_STREQ(TheProfile.CommonProgramsDir, common);
 }

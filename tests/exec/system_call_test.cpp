@@ -5,6 +5,7 @@
 // requests that must neither crash nor hang.
 #include "exec/system_call_server.h"
 #include "lang/command_args.h"
+#include "lang/environment_index.h"
 #include "screen/screen_store.h"
 #include "support/temp_folder.h"
 
@@ -162,9 +163,9 @@ TEST(SystemCall, EdgesOfTheTable)
     // A nested run answers with its ErrorLevel; the diagnostic form shows
     // the payload around the run.
     EXPECT_EQ(FirstInt(Send(0x3B, Narrow("set NESTED=7"))), 0);
-    wchar_t nested[8] = {};
-    GetEnvironmentVariableW(L"NESTED", nested, 8);
-    EXPECT_STREQ(nested, L"7");
+    const std::wstring* nested = FindEnvironment(L"NESTED");
+    ASSERT_NE(nested, nullptr);
+    EXPECT_EQ(*nested, L"7");
     Send(0x46, Narrow("rem"));
     std::wstring shown;
     for (int row = 0; row < TheScreen.CursorY; ++row) shown += TheScreen.RowText(row) + L"\n";

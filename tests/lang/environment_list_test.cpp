@@ -35,10 +35,12 @@ TEST(EnvironmentList, ListsAndEditsTheProcessEnvironment)
     WriteEnvironment(L"=OMBT_HIDDEN", nullptr);
 
     EXPECT_TRUE(ApplyEnvironmentEdit(L"OMBT_E2", L"changed"));
+    SyncEnvironment();
     wchar_t value[16] = {};
     GetEnvironmentVariableW(L"OMBT_E2", value, 16);
     EXPECT_STREQ(value, L"changed");
     EXPECT_TRUE(ApplyEnvironmentEdit(L"OMBT_E1", L""));
+    SyncEnvironment();
     EXPECT_EQ(GetEnvironmentVariableW(L"OMBT_E1", value, 16), 0u);
     EXPECT_EQ(Find(ListEnvironment(), L"OMBT_E1"), -1);
     // Deleting what is not there is no failure.

@@ -185,6 +185,7 @@ TEST(Set, SetsDeletesAndListsInTheEnvironmentsOrder)
     for (const auto& line : lines) EXPECT_NE(line.substr(0, 1), L"=");
     WriteEnvironment(L"OMBT_Z", L"1");
     WriteEnvironment(L"OMBT_A", L"1");
+    SyncEnvironment();
     int systemZ = -1, systemA = -1, index = 0;
     wchar_t* block = GetEnvironmentStringsW();
     for (const wchar_t* p = block; *p; p += lstrlenW(p) + 1, ++index) {

@@ -236,7 +236,7 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
     EXPECT_EQ(host.StepEnabledAtKey, std::vector<bool>{false});
     ASSERT_EQ(dialog.Seen.size(), 3u);
     EXPECT_TRUE(dialog.Seen[2].StepEnabled);
-    EXPECT_EQ(GetEnvironmentVariableW(L"OMBT_AFTER", nullptr, 0), 0u);
+    EXPECT_EQ(FindEnvironment(L"OMBT_AFTER"), nullptr);
     EXPECT_EQ(TheShell.Terminate, 2);
     EXPECT_FALSE(IsWindow(dialog.LastWindow));
 
@@ -255,9 +255,9 @@ TEST(TraceWindow, StepsRunsAndStopsThroughItsButtons)
     EXPECT_TRUE(visit.Done);
     EXPECT_GT(visit.Listed, 1);
     EXPECT_EQ(visit.Shown, L"before");
-    wchar_t value[16] = {};
-    GetEnvironmentVariableW(L"OMBT_VAR", value, 16);
-    EXPECT_STREQ(value, L"changed");
+    const std::wstring* value = FindEnvironment(L"OMBT_VAR");
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(*value, L"changed");
     EXPECT_FALSE(folder.Exists(L"c.txt"));
     EXPECT_EQ(TheShell.Terminate, 2);
     EXPECT_FALSE(IsWindow(dialog.LastWindow));

@@ -5,6 +5,7 @@
 #include "app/profile/registry_profile.h"
 #include "app/profile/settings_table.h"
 #include "app/toolkit/omdib.h"
+#include "app/toolkit/shell_folders.h"
 #include "screen/screen_geometry.h"
 
 #include <shlobj.h>
@@ -23,43 +24,28 @@ const wchar_t kDefaultRoot[] = L"Software\\Ombrel";
 
 bool UsesRegistry() { return TheProfile.RegistryRoot[0] != 0; }
 
-// Shell folder lookups by name, and only when SHELL32 is already loaded: the
-// store is built before anything else and must not load libraries itself.
-void FillSpecialFolder(int folder, wchar_t* path)
-{
-    HMODULE shell = GetModuleHandleW(L"shell32.dll");
-    if (!shell) return;
-    using LocationFn = HRESULT(WINAPI*)(HWND, int, LPITEMIDLIST*);
-    using PathFn = BOOL(WINAPI*)(LPCITEMIDLIST, LPWSTR);
-    auto location = reinterpret_cast<LocationFn>(
-        reinterpret_cast<void*>(GetProcAddress(shell, "SHGetSpecialFolderLocation")));
-    auto toPath = reinterpret_cast<PathFn>(reinterpret_cast<void*>(GetProcAddress(shell, "SHGetPathFromIDListW")));
-    if (!location || !toPath) return;
-    LPITEMIDLIST list = nullptr;
-    if (FAILED(location(nullptr, folder, &list)) || !list) return;
-    if (!toPath(list, path)) path[0] = 0;
-    CoTaskMemFree(list);
-}
-
 } // namespace
 
 ProfileStore::ProfileStore()
 {
     ProgramsDir[0] = 0;
     CommonProgramsDir[0] = 0;
-    FindProgramFolders();
     SelectStore(SkipArgW(GetCommandLineW()));
 }
 
 void ProfileStore::FindProgramFolders()
 {
+    if (programFoldersFound_) return;
+    programFoldersFound_ = true;
     DWORD version = GetVersion();
     bool ntFamily = (version & 0x80000000u) == 0;
     int major = int(LOBYTE(LOWORD(version)));
     // Win32s and NT before 4 have no shell folders.
     if (major < 4) return;
-    FillSpecialFolder(CSIDL_PROGRAMS, ProgramsDir);
-    if (ntFamily) FillSpecialFolder(CSIDL_COMMON_PROGRAMS, CommonProgramsDir);
+    // Shell folder lookups only when SHELL32 is already loaded: the store
+    // must not load libraries itself.
+    ShellFolderPath(CSIDL_PROGRAMS, ProgramsDir, false);
+    if (ntFamily) ShellFolderPath(CSIDL_COMMON_PROGRAMS, CommonProgramsDir, false);
 }
 
 void ProfileStore::SelectStore(const wchar_t* arguments)

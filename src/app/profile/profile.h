@@ -15,6 +15,8 @@ public:
     ProfileStore();
 
     wchar_t IniFileName[260];
+    // Filled by FindProgramFolders, which their users call first: the look-up
+    // costs a fifth of a start under some platforms, so it waits until asked.
     wchar_t ProgramsDir[260];
     wchar_t CommonProgramsDir[260];
     // Key under HKEY_CURRENT_USER that holds the store when it is a registry
@@ -25,9 +27,12 @@ public:
     // line without the program name); used by the constructor and by tests.
     void SelectStore(const wchar_t* arguments);
 
-private:
+    // Fills ProgramsDir and CommonProgramsDir once; empty when unknown.
     void FindProgramFolders();
+
+private:
     void ReadLimits();
+    bool programFoldersFound_ = false;
 };
 
 extern ProfileStore TheProfile;

@@ -27,9 +27,12 @@ int64_t lstrtoi64W(const wchar_t* text, const wchar_t** end, int base)
     const wchar_t* digits = p;
     uint64_t value = 0;
     bool overflow = false;
+    // One division here instead of one a digit.
+    const uint64_t largestBeforeDigit = UINT64_MAX / uint64_t(base);
     for (int d; (d = DigitValue(*p)) < base; ++p) {
-        if (value > (UINT64_MAX - uint64_t(d)) / uint64_t(base)) overflow = true;
-        else value = value * uint64_t(base) + uint64_t(d);
+        uint64_t shifted = value * uint64_t(base);
+        if (value > largestBeforeDigit || shifted > UINT64_MAX - uint64_t(d)) overflow = true;
+        else value = shifted + uint64_t(d);
     }
     if (end) *end = (p == digits) ? text : p;
     uint64_t limit = negative ? uint64_t(INT64_MAX) + 1 : uint64_t(INT64_MAX);
@@ -80,11 +83,19 @@ wchar_t* ui64tow_ex(uint64_t value, wchar_t* buffer, int radix)
     if (radix < 2 || radix > 36) radix = 10;
     wchar_t digits[72];
     int n = 0;
-    do {
-        int d = int(value % uint64_t(radix));
-        digits[n++] = wchar_t(d < 10 ? L'0' + d : L'a' + d - 10);
-        value /= uint64_t(radix);
-    } while (value);
+    // Decimal is nearly every call; a constant divisor is a multiplication.
+    if (radix == 10) {
+        do {
+            digits[n++] = wchar_t(L'0' + int(value % 10));
+            value /= 10;
+        } while (value);
+    } else {
+        do {
+            int d = int(value % uint64_t(radix));
+            digits[n++] = wchar_t(d < 10 ? L'0' + d : L'a' + d - 10);
+            value /= uint64_t(radix);
+        } while (value);
+    }
     for (int i = 0; i < n; ++i) buffer[i] = digits[n - 1 - i];
     buffer[n] = 0;
     return buffer;
