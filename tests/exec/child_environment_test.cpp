@@ -61,6 +61,7 @@ TEST(ChildEnvironment, SeesTheVariablesAsSetListsThem)
 TEST(ChildEnvironment, ARefusedNameFailsAtItsOwnStatement)
 {
     TempFolder f;
+    OmbrelSetting noBanner(L"Copyright", 0);
     f.WriteBytes(L"r.bat", "@echo off\r\nset OMBQ_R=1\r\nset =bad&echo same line\r\necho never\r\n");
     std::wstring output = TypedWithPrograms(f, "r.bat\ny\nsay_env OMBQ_R\nset =x&say_env OMBQ_R\n");
     EXPECT_EQ(output, L"Out of environment space\n\nsame line\nTerminate Batch at line 3 (Y/N)? y\n"
