@@ -65,8 +65,10 @@ int wmain()
     std::wstring commandLine = RunVariable(L"=cmd");
     HandedFiles files;
     bool opened = files.Open();
-    // The program and anything it starts must not see the shell's messages.
-    RemoveRunVariables();
+    // The program keeps only the shell's window, so that a console program
+    // speaking the shell's protocol finds it on every route; the rest were
+    // messages to this helper.
+    RemoveRunVariables(KeepCallWindow::Yes);
     if (program.empty() || !opened) {
         Complain(program.empty() ? L"no program to run" : L"cannot open " + files.FailedName);
         return int(kHelperCannotStart);

@@ -1,7 +1,7 @@
 // External commands end to end: the sample .EXC started by ombc.exe reads its
 // arguments, walks files, sets a variable the shell then sees, and has the
 // shell run a nested line, all through requests to the shell's window; a
-// console program that is such a client is served while it runs on the pipes.
+// console program that is such a client is served on either capture route.
 #include "exec_support.h"
 
 #include <gtest/gtest.h>
@@ -21,9 +21,9 @@ TEST(ExternalCommand, ArgumentsWalkVariablesAndNestedRuns)
     f.WriteBytes(L"b.txt", "b");
     f.WriteBytes(L"a.txt", "a");
     f.WriteBytes(L"c.log", "c");
-    // The same client as a console program: it runs on the shell's pipes and
-    // finds the window by the variable the shell hands it.
-    OmbrelSetting pipes(L"Emulator", 0);
+    // The same client as a console program: under the loader or on the
+    // shell's pipes it finds the window by the variable the shell hands it.
+    OmbrelSetting noBanner(L"Copyright", 0);
     std::wstring sample = ProgramFolder() + L"\\excsample.exc";
     ASSERT_TRUE(CopyFileW(sample.c_str(), (f / L"piped.exe").c_str(), FALSE));
     const ExternalCase cases[] = {
@@ -41,7 +41,11 @@ TEST(ExternalCommand, ArgumentsWalkVariablesAndNestedRuns)
         {"excsample\necho level %errorlevel%\n",
          L"argument 0: excsample\nusage: excsample PATTERN NAME\nlevel 255\n"},
     };
-    for (const ExternalCase& c : cases) EXPECT_EQ(TypedWithPrograms(f, c.lines), c.expected) << c.lines.c_str();
+    for (int emulator : kCaptureRoutes) {
+        OmbrelSetting route(L"Emulator", emulator);
+        for (const ExternalCase& c : cases)
+            EXPECT_EQ(TypedWithPrograms(f, c.lines), c.expected) << c.lines.c_str() << " emulator " << emulator;
+    }
 }
 
 } // namespace
