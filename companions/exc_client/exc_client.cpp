@@ -13,6 +13,7 @@ namespace {
 constexpr unsigned kHandshake = 0x21;
 constexpr unsigned kWriteW = 0x64;
 constexpr unsigned kWriteLineW = 0x65;
+constexpr unsigned kWriteCountedW = 0x66;
 constexpr unsigned kArgCount = 0x14;
 constexpr unsigned kArgW = 0x6C;
 constexpr unsigned kWalkW = 0x76;
@@ -142,6 +143,11 @@ extern "C" int ExcBreakSeen(void) { return session.breakSeen ? 1 : 0; }
 extern "C" int ExcWrite(const wchar_t* text)
 {
     return ExcCall(kWriteW, text, std::wcslen(text) * sizeof(wchar_t), nullptr, 0) < 0 ? -1 : 0;
+}
+
+extern "C" int ExcWriteCounted(const wchar_t* text, size_t units)
+{
+    return ExcCall(kWriteCountedW, text, units * sizeof(wchar_t), nullptr, 0) < 0 ? -1 : 0;
 }
 
 extern "C" int ExcWriteLine(const wchar_t* text)

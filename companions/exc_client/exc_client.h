@@ -37,8 +37,11 @@ long ExcCall(unsigned code, const void* payload, size_t size, void* reply, size_
 /* Whether the last answer said the user pressed Ctrl-C. */
 int ExcBreakSeen(void);
 
-/* Text on the shell's screen; control characters and escape sequences act. */
+/* Text on the shell's screen; control characters and escape sequences act.
+ * ExcWrite keeps only the characters the runtime calls printable;
+ * ExcWriteCounted keeps every unit of the count (surrogate pairs included). */
 int ExcWrite(const wchar_t* text);
+int ExcWriteCounted(const wchar_t* text, size_t units);
 int ExcWriteLine(const wchar_t* text);
 
 /* The command's arguments: the count, and argument i (0 is the command

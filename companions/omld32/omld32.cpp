@@ -38,6 +38,13 @@ std::wstring Variable(const wchar_t* name)
     return n > 0 && n < 64 ? value : L"";
 }
 
+// On bare pipes the program's bytes are in the shell's code page (chcp).
+UINT ShellCodePage()
+{
+    UINT page = UINT(wcstoul(Variable(L"=cp").c_str(), nullptr, 10));
+    return page ? page : CP_OEMCP;
+}
+
 std::wstring BesideLoader(const wchar_t* name)
 {
     wchar_t module[MAX_PATH];
@@ -120,7 +127,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
         return int(kHelperCannotStart);
     }
     log.Line(child.PseudoConsole() ? L"pseudo console" : L"pipes");
-    VtTranslator translator(child.PseudoConsole() ? CP_UTF8 : CP_ACP, columns, rows);
+    VtTranslator translator(child.PseudoConsole() ? CP_UTF8 : ShellCodePage(), columns, rows);
     Relay relay(child, translator);
     relay.Run();
     DWORD code = child.ExitCode();

@@ -71,7 +71,9 @@ void Relay::ShowOutput()
 void Relay::Show(const std::wstring& text)
 {
     if (detached_ || text.empty()) return;
-    if (ExcWrite(text.c_str()) == 0) return;
+    // Counted and unfiltered: the program's every character reaches the
+    // screen, whatever the runtime's print test thinks of it.
+    if (ExcWriteCounted(text.data(), text.size()) == 0) return;
     detached_ = true;
     if (!inputEnded_) child_.EndInput();
     inputEnded_ = true;

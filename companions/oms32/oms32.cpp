@@ -57,12 +57,22 @@ void Complain(const std::wstring& text)
     WriteFile(error, narrow.data(), DWORD(narrow.size()), &written, nullptr);
 }
 
+// The console, when there is one, speaks the shell's code page (chcp).
+void UseShellCodePage(const std::wstring& number)
+{
+    UINT page = UINT(wcstoul(number.c_str(), nullptr, 10));
+    if (page == 0) return;
+    SetConsoleOutputCP(page);
+    SetConsoleCP(page);
+}
+
 } // namespace
 
 int wmain()
 {
     std::wstring program = RunVariable(L"=run");
     std::wstring commandLine = RunVariable(L"=cmd");
+    UseShellCodePage(RunVariable(L"=cp"));
     HandedFiles files;
     bool opened = files.Open();
     // The program keeps only the shell's window, so that a console program

@@ -56,6 +56,16 @@ bool UsesLoader(const wchar_t* program, int kind, bool noWait)
     return settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
 }
 
+// A console program's console starts in the shell's code page, as it would
+// share a console whose page chcp had changed: its bytes then mean what the
+// shell reads them as.
+bool SetCodePageVariable()
+{
+    wchar_t number[16];
+    ui64tow_ex(CodePageOf(ActiveCodePage), number, 10);
+    return SetRunVariable(L"=cp", number);
+}
+
 } // namespace
 
 bool SetRunVariable(const wchar_t* name, const wchar_t* value) { return SetEnvironmentVariableW(name, value) != 0; }
@@ -92,7 +102,7 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
     if (state.Kind == 0) return 0;
     bool redirected = false;
     bool ok = SetCaptureVariables() && HandOverOutput(state, redirected) && HandOverInput(redirected) &&
-              SetRunVariable(L"=cmd", commandLine) && SetRunVariable(L"=run", program);
+              SetRunVariable(L"=cmd", commandLine) && SetRunVariable(L"=run", program) && SetCodePageVariable();
     if (!ok) return -1;
     state.Mode = redirected ? 1 : 2;
     state.Helper = ChooseHelper(program, state.Kind, noWait);

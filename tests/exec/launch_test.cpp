@@ -176,6 +176,14 @@ TEST(Launch, BinaryNoiseAndLongOutput)
     }
     EXPECT_EQ(TypedWithPrograms(f, "chcp 65001\nflood utf8 6000\necho el=%errorlevel%\n"),
               expected + L"\ndone\nel=0\n");
+    // Under the loader the program's console takes the code page chcp chose.
+    // (Wine's console keeps a character outside the basic plane as two
+    // cells, so only the first two characters are compared.)
+    OmbrelSetting loader(L"Emulator", 1);
+    OmbrelSetting noBanner(L"Copyright", 0);
+    std::wstring loaded = TypedWithPrograms(f, "chcp 65001\nflood utf8 300\n");
+    for (const wchar_t* line : {L"0000001 \u00FC\u20AC", L"0000300 \u00FC\u20AC"})
+        EXPECT_NE(loaded.find(line), std::wstring::npos) << line;
 }
 
 } // namespace
