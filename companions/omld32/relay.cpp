@@ -86,11 +86,13 @@ void Relay::PassKeys()
         wchar_t key = KeyAnswer(kLookForKeyW);
         if (key == 0) {
             if (pollInterval_ < kIdlePollMilliseconds) pollInterval_ += kKeyPollMilliseconds;
+            FeedTyped();
             return;
         }
         pollInterval_ = kKeyPollMilliseconds;
         if (key == kCtrlZ) {
             // The shell's input has ended, or Ctrl-Z was typed: so does the program's.
+            FeedTyped();
             child_.EndInput();
             inputEnded_ = true;
             return;
@@ -99,10 +101,20 @@ void Relay::PassKeys()
     }
 }
 
+// The keys of one look go to the console in one write, so that the escape
+// sequence of an arrow key arrives whole and is never read as a lone Escape.
+void Relay::FeedTyped()
+{
+    if (typed_.empty()) return;
+    child_.Feed(Encoded(typed_, CP_UTF8));
+    typed_.clear();
+}
+
 void Relay::PassKey(wchar_t key)
 {
     if (key == 0) return;
     if (key == kCtrlC) {
+        FeedTyped();
         SendBreak();
         return;
     }
@@ -111,7 +123,7 @@ void Relay::PassKey(wchar_t key)
         return;
     }
     // A terminal's keys: Backspace is DEL there.
-    child_.Feed(key == kBackspace ? std::string("\x7f") : Encoded(std::wstring(1, key), CP_UTF8));
+    typed_ += key == kBackspace ? wchar_t(0x7F) : key;
 }
 
 // On pipes nobody echoes or edits the line: the loader does, as a console

@@ -23,6 +23,7 @@ private:
     void Show(const std::wstring& text);
     void PassKeys();
     void PassKey(wchar_t key);
+    void FeedTyped();
     void EditLine(wchar_t key);
     void WatchBreak();
     void SendBreak();
@@ -35,5 +36,6 @@ private:
     ULONGLONG breakAt_ = 0;   // when Ctrl-C went to the program, else 0
     DWORD pollInterval_ = 25; // milliseconds between looks for keys
     std::wstring line_;       // the line typed so far, on pipes
+    std::wstring typed_;      // keys taken in one look, for the pseudo console
     bool inSequence_ = false; // within a key's escape sequence, on pipes
 };
