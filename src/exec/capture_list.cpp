@@ -54,6 +54,21 @@ bool WriteNewList(const std::wstring& path, const std::vector<std::wstring>& lin
     return ok;
 }
 
+// The list becomes lines; the new file is complete before the old one goes.
+ListChange ReplaceList(const std::vector<std::wstring>& lines, int32_t encoding)
+{
+    std::wstring temporary = BesideShell(L"CAPTURE.$$$");
+    // A twin left behind by an earlier failure is hidden, and a hidden file
+    // cannot be created over.
+    DeleteFileW(temporary.c_str());
+    if (!WriteNewList(temporary, lines, encoding)) return ListChange::Failed;
+    if (!MoveFileExW(temporary.c_str(), ListPath().c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        DeleteFileW(temporary.c_str());
+        return ListChange::Failed;
+    }
+    return ListChange::Done;
+}
+
 } // namespace
 
 std::vector<std::wstring> CaptureEntries()
@@ -85,18 +100,15 @@ bool InCaptureList(const wchar_t* program)
 
 ListChange AddCaptureEntry(const std::wstring& path)
 {
-    std::wstring list = ListPath();
     std::vector<std::wstring> lines;
     int32_t encoding = Utf16LE;
-    if (!ReadLines(lines, encoding)) return WriteNewList(list, {path}, Utf16LE) ? ListChange::Done : ListChange::Failed;
+    ReadLines(lines, encoding);
     for (const std::wstring& line : lines)
         if (SamePath(EntryOf(line.c_str()), path)) return ListChange::AlreadyThere;
-    TextStream file;
-    if (!file.Open(list.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING))
-        return ListChange::Failed;
-    file.SniffEncoding();
-    if (!file.SeekEndToAppend()) return ListChange::Failed;
-    return file.Write((path + L"\r\n").c_str()) ? ListChange::Done : ListChange::Failed;
+    // Written whole rather than appended: a list whose last line has no line
+    // end (written by hand) must not run into the new entry.
+    lines.push_back(path);
+    return ReplaceList(lines, encoding);
 }
 
 ListChange RemoveCaptureEntry(const std::wstring& path)
@@ -107,14 +119,6 @@ ListChange RemoveCaptureEntry(const std::wstring& path)
     for (const std::wstring& line : lines)
         if (!SamePath(EntryOf(line.c_str()), path)) kept.push_back(line);
     if (kept.size() == lines.size()) return ListChange::NoSuchEntry;
-    std::wstring list = ListPath();
-    if (kept.empty()) return DeleteFileW(list.c_str()) ? ListChange::Done : ListChange::Failed;
-    // The new list is complete before the old one goes.
-    std::wstring temporary = BesideShell(L"CAPTURE.$$$");
-    if (!WriteNewList(temporary, kept, encoding)) return ListChange::Failed;
-    if (!MoveFileExW(temporary.c_str(), list.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        DeleteFileW(temporary.c_str());
-        return ListChange::Failed;
-    }
-    return ListChange::Done;
+    if (kept.empty()) return DeleteFileW(ListPath().c_str()) ? ListChange::Done : ListChange::Failed;
+    return ReplaceList(kept, encoding);
 }
