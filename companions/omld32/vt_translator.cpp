@@ -1,5 +1,7 @@
 #include "vt_translator.h"
 
+#include "app/toolkit/whole_characters.h"
+
 #include <windows.h>
 
 #include <cstdlib>
@@ -10,28 +12,6 @@ namespace {
 constexpr wchar_t kEsc = 27;
 // A sequence longer than this is no sequence: its ESC is dropped.
 constexpr size_t kLongestSequence = 256;
-
-// The count of leading bytes that form whole characters.
-size_t WholeCharacters(const std::string& bytes, unsigned codePage)
-{
-    size_t n = bytes.size();
-    if (n == 0) return 0;
-    if (codePage == CP_UTF8) {
-        size_t back = 0;
-        while (back < 3 && back < n && (static_cast<unsigned char>(bytes[n - 1 - back]) & 0xC0) == 0x80) ++back;
-        if (back == n) return n;
-        unsigned char lead = static_cast<unsigned char>(bytes[n - 1 - back]);
-        size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-        return length > back + 1 ? n - back - 1 : n;
-    }
-    size_t i = 0;
-    while (i < n) {
-        if (!IsDBCSLeadByteEx(codePage, static_cast<BYTE>(bytes[i]))) ++i;
-        else if (i + 1 >= n) return i;
-        else i += 2;
-    }
-    return n;
-}
 
 std::vector<int> Numbers(const std::wstring& body)
 {
@@ -55,10 +35,16 @@ void Emit(std::wstring& out, int count, wchar_t final)
 
 } // namespace
 
+VtTranslator::VtTranslator(unsigned codePage, int width, int height)
+    : codePage_(codePage), width_(width), height_(height)
+{
+    if (codePage_ == CP_UTF8 || !GetCPInfo(codePage_, &pageInfo_)) pageInfo_.MaxCharSize = 1;
+}
+
 std::wstring VtTranslator::Decode(const char* bytes, size_t count)
 {
     carryBytes_.append(bytes, count);
-    size_t whole = WholeCharacters(carryBytes_, codePage_);
+    size_t whole = WholeCharacters(carryBytes_.data(), carryBytes_.size(), codePage_, pageInfo_);
     std::wstring text(whole, L'\0');
     int units = whole ? MultiByteToWideChar(codePage_, 0, carryBytes_.data(), int(whole), text.data(), int(whole)) : 0;
     text.resize(size_t(units > 0 ? units : 0));

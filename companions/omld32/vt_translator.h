@@ -18,11 +18,13 @@
 // piece waits for the next one.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 class VtTranslator {
 public:
-    VtTranslator(unsigned codePage, int width, int height) : codePage_(codePage), width_(width), height_(height) {}
+    VtTranslator(unsigned codePage, int width, int height);
 
     // The shell's text for the next piece of bytes.
     std::wstring Translate(const char* bytes, size_t count);
@@ -37,6 +39,7 @@ private:
     void Follow(wchar_t unit);
 
     unsigned codePage_;
+    CPINFO pageInfo_{};
     std::string carryBytes_;
     std::wstring carryText_;
     bool started_ = false; // printable text has been shown
