@@ -25,9 +25,13 @@ namespace {
 
 constexpr DWORD kOutputPipeSize = 1 << 20;
 constexpr DWORD kInputPipeSize = 1 << 16;
-// One read takes at most this many bytes, the unit the screen's console
-// output is written in.
+// The screen takes the program's output in pieces of at most this many
+// bytes, each converted and written on its own.
 constexpr DWORD kReadLimit = 0x1FFE;
+// One system call takes several pieces at once: a read from a full pipe
+// costs about the same whatever its size, so small reads would cap the route
+// far below what the screen can take.
+constexpr DWORD kReadSize = 4 * kReadLimit;
 // The bytes of a character cut by the end of a read wait at the front of the
 // buffer for the rest; no code page has longer characters.
 constexpr DWORD kCarryMax = 4;
@@ -36,7 +40,7 @@ constexpr DWORD kCarryMax = 4;
 constexpr ULONGLONG kReadShareMilliseconds = 50;
 // Once the program has ended, what is left in the pipe is read; the bound is
 // for the program's own children, which may hold the pipe and go on writing.
-constexpr int kReadsAtTheEnd = int(2 * kOutputPipeSize / kReadLimit);
+constexpr int kReadsAtTheEnd = int(2 * kOutputPipeSize / kReadSize);
 constexpr DWORD kTickMilliseconds = 250;
 // After Ctrl-C a program gets this long to end once its pipes are closed.
 constexpr ULONGLONG kBreakGraceMilliseconds = 20 * kTickMilliseconds;
@@ -57,6 +61,7 @@ public:
 private:
     void Drain(bool atTheEnd);
     bool TakeRead(DWORD& got);
+    void ShowRead(DWORD got);
     void Show(DWORD got);
     bool PumpMessages();
     void SendTypedLine();
@@ -70,7 +75,8 @@ private:
     bool pending_ = false;
     bool readOpen_ = false;
     bool quit_ = false;
-    // Both buffers live for the run, so a read costs no allocation.
+    // The buffers live for the run, so a read costs no allocation.
+    std::unique_ptr<char[]> read_ = std::make_unique<char[]>(kReadSize);
     std::unique_ptr<char[]> bytes_ = std::make_unique<char[]>(kCarryMax + kReadLimit);
     std::unique_ptr<wchar_t[]> text_ = std::make_unique<wchar_t[]>(kCarryMax + kReadLimit + 1);
     DWORD carried_ = 0;
@@ -209,7 +215,7 @@ bool PipeRun::TakeRead(DWORD& got)
     HANDLE pipe = state_.Pipes.ReadFromChild;
     got = 0;
     if (!pending_) {
-        if (!ReadFile(pipe, bytes_.get() + carried_, kReadLimit, nullptr, &overlapped_) &&
+        if (!ReadFile(pipe, read_.get(), kReadSize, nullptr, &overlapped_) &&
             GetLastError() != ERROR_IO_PENDING) {
             readOpen_ = false; // every writer has gone
             return false;
@@ -241,7 +247,7 @@ void PipeRun::Drain(bool atTheEnd)
     bool shown = false;
     DWORD got = 0;
     for (int reads = 1; readOpen_ && TakeRead(got); ++reads) {
-        Show(got);
+        ShowRead(got);
         shown = true;
         if (atTheEnd ? reads >= kReadsAtTheEnd : GetTickCount64() - start >= kReadShareMilliseconds) break;
     }
@@ -255,7 +261,17 @@ void PipeRun::Drain(bool atTheEnd)
     Host->ShowCaret();
 }
 
-// Shows the bytes of one read, behind any carried from the last.
+// The pieces of one read, in order.
+void PipeRun::ShowRead(DWORD got)
+{
+    for (DWORD done = 0; done < got; done += kReadLimit) {
+        DWORD piece = got - done < kReadLimit ? got - done : kReadLimit;
+        std::memcpy(bytes_.get() + carried_, read_.get() + done, piece);
+        Show(piece);
+    }
+}
+
+// Shows one piece of bytes, behind any carried from the last.
 void PipeRun::Show(DWORD got)
 {
     size_t count = size_t(carried_) + got;
