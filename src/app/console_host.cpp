@@ -34,10 +34,7 @@ void ConsoleHost::Install()
 {
     input_ = GetStdHandle(STD_INPUT_HANDLE);
     output_ = GetStdHandle(STD_OUTPUT_HANDLE);
-    DWORD mode;
-    interactive_ = GetConsoleMode(input_, &mode) != 0;
-    consoleOutput_ = GetConsoleMode(output_, &mode) != 0;
-    inputType_ = interactive_ ? FILE_TYPE_CHAR : GetFileType(input_);
+    inputType_ = GetFileType(input_);
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
     Host = this;
     Links = &consoleLinks;
@@ -45,11 +42,20 @@ void ConsoleHost::Install()
     TraceViewer = &traceView_;
 }
 
+// A question to the console waits until its host has started, which takes
+// longer than a short /C run: each is asked only once something needs it.
+bool ConsoleHost::IsConsole(void* handle, signed char& known)
+{
+    DWORD mode;
+    if (known < 0) known = GetFileType(handle) == FILE_TYPE_CHAR && GetConsoleMode(handle, &mode) ? 1 : 0;
+    return known == 1;
+}
+
 void ConsoleHost::Emit(const std::wstring& line)
 {
     std::wstring text = line + L"\r\n";
     DWORD written;
-    if (consoleOutput_) {
+    if (IsConsole(output_, consoleOutput_)) {
         WriteConsoleW(output_, text.c_str(), DWORD(text.size()), &written, nullptr);
         return;
     }
@@ -86,7 +92,7 @@ void ConsoleHost::PollBreak()
 // the console would; anything typed ahead of it keeps its turn.
 bool ConsoleHost::TakeTypedBreak()
 {
-    if (interactive_) return false;
+    if (Interactive()) return false;
     if (typedPos_ < typed_.size()) {
         if (typed_[typedPos_] != kCtrlCUnit) return false;
         ++typedPos_;
@@ -177,7 +183,7 @@ bool ConsoleHost::ReadConsoleKey(wchar_t& unit)
 bool ConsoleHost::FillTyped()
 {
     std::wstring line;
-    if (interactive_) {
+    if (Interactive()) {
         if (!ReadConsoleLine(line)) return false;
     } else {
         std::string raw;
@@ -196,14 +202,14 @@ void ConsoleHost::EndTypedLine()
     // The terminal has ended the line on its side; the store follows, without
     // sending out again a row that the console already shows.
     if (TheScreen.CursorX == 0) return;
-    if (interactive_) skipNextLine_ = true;
+    if (Interactive()) skipNextLine_ = true;
     TheScreen.LineFeed();
 }
 
 bool ConsoleHost::NextUnit(InputWait wait, wchar_t& unit)
 {
     while (typedPos_ >= typed_.size()) {
-        if (interactive_ && wait == InputWait::Key) return ReadConsoleKey(unit);
+        if (Interactive() && wait == InputWait::Key) return ReadConsoleKey(unit);
         if (inputEnded_ || !FillTyped()) {
             inputEnded_ = true;
             return false;
@@ -227,8 +233,8 @@ InputEvent ConsoleHost::NextInput(InputWait wait)
 wchar_t ConsoleHost::PeekKey()
 {
     if (typedPos_ < typed_.size()) return typed_[typedPos_];
-    if (inputEnded_ || (!interactive_ && inputIsCommands_)) return kCtrlZUnit;
-    if (interactive_) {
+    if (inputEnded_ || (!Interactive() && inputIsCommands_)) return kCtrlZUnit;
+    if (Interactive()) {
         // Only a key press with a character counts; releases, mouse and focus
         // events are taken away, so that a read never waits behind them.
         INPUT_RECORD events[16];

@@ -52,7 +52,7 @@ public:
     wchar_t ReadKey() override;
     bool ReadLine(wchar_t* buffer, int size) override;
     void RequestExit() override { exitRequested_ = true; }
-    bool Interactive() const override { return interactive_; }
+    bool Interactive() const override { return IsConsole(input_, interactive_); }
     InputEvent NextInput(InputWait wait) override;
     wchar_t PeekKey() override;
     bool TerminalEchoes() const override { return true; }
@@ -71,12 +71,14 @@ private:
     bool ReadConsoleKey(wchar_t& unit);
     void EndTypedLine();
     void Emit(const std::wstring& line);
+    static bool IsConsole(void* handle, signed char& known);
 
     void* input_ = nullptr;
     void* output_ = nullptr;
-    bool interactive_ = false;
+    // 1 when the handle is a console, 0 when not, -1 until asked.
+    mutable signed char interactive_ = -1;
+    mutable signed char consoleOutput_ = -1;
     unsigned long inputType_ = 0; // FILE_TYPE_* of standard input
-    bool consoleOutput_ = false;
     bool exitRequested_ = false;
     bool inputIsCommands_ = true;
     bool inputEnded_ = false;

@@ -28,7 +28,7 @@ int wmain()
 
     if (!args.Command.empty()) {
         TheEditor.TypeLine(args.Command.c_str(), true);
-        RunTopLevelLine();
+        RunTopLevelLine(args.RunAndClose ? PromptAfter::No : PromptAfter::Yes);
         if (args.RunAndClose || host.ExitRequested()) return host.Finish(ErrorLevel);
     } else {
         ShowPrompt();

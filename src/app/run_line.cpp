@@ -45,7 +45,7 @@ void EnableClose(bool enable)
     if (menu) EnableMenuItem(menu, 6, MF_BYPOSITION | (enable ? MF_ENABLED : MF_GRAYED));
 }
 
-void RunTopLevelLine()
+void RunTopLevelLine(PromptAfter prompt)
 {
     EnableClose(false);
     Links->EnableHistoryList(false);
@@ -62,7 +62,7 @@ void RunTopLevelLine()
     Links->EnableHistoryList(true);
     TheScreen.BreakFlag = 0;
     TheShell.EchoOn = 1;
-    ShowPrompt();
+    if (prompt == PromptAfter::Yes) ShowPrompt();
     CommandRunning = 0;
     // A trace begun inside a batch program outlives it until the line ends.
     TraceEnd();

@@ -132,7 +132,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
     if (!args.Command.empty()) {
         ApplyRedirectionChoice(args);
         TheEditor.TypeLine(args.Command.c_str(), true);
-        RunTopLevelLine();
+        RunTopLevelLine(args.RunAndClose ? PromptAfter::No : PromptAfter::Yes);
         if (args.RunAndClose) return 1;
     } else {
         ApplyRedirectionChoice(args);

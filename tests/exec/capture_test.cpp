@@ -69,6 +69,9 @@ TEST(Capture, TheLoaderShowsTheProgramAndTypesToIt)
         EXPECT_EQ(run.ExitCode, 2);
     }
     SetEnvironmentVariableW(L"OMLD32_PIPES", nullptr);
+    // A /C run leaves no prompt behind, at a console too.
+    OmbcResult nested = RunOmbc(L"/C \"" + InBin(L"ombc.exe") + L"\" /C echo hi");
+    EXPECT_EQ(JoinLines(nested.Output), L"hi\n");
     TempFolder f;
     f.WriteBytes(L"in.txt", "x\r\ny\r\nz\r\n");
     // Redirections go to the program, not to the screen.
