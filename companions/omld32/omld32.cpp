@@ -7,6 +7,7 @@
 //             and input
 //   "=cpyr"   "1": show the loader's banner first
 //   "=logg"   "1": log the run to OMLD32.LOG in the temporary folder
+//   "=size"   the shell's screen as columns "x" rows, the program's console size
 //   "=imgbase" a scratch file that the loader may use (it needs none)
 // The program runs in a pseudo console where the system has one, else on
 // pipes, in both cases behind oms32.exe, which opens the redirections and
@@ -92,11 +93,28 @@ private:
     HANDLE file_ = INVALID_HANDLE_VALUE;
 };
 
+bool GoodSize(long value) { return value > 0 && value < 0x7FFF; }
+
 // The shell's screen size, which the pseudo console takes.
 int ScreenSize(unsigned code, int fallback)
 {
     int32_t value = 0;
-    return ExcCall(code, nullptr, 0, &value, sizeof(value)) >= 4 && value > 0 && value < 0x7FFF ? value : fallback;
+    return ExcCall(code, nullptr, 0, &value, sizeof(value)) >= 4 && GoodSize(value) ? value : fallback;
+}
+
+// The size as the shell put it in "=size"; false when it did not.
+bool SizeFromShell(int& columns, int& rows)
+{
+    std::wstring size = Variable(L"=size");
+    wchar_t* rest = nullptr;
+    long width = wcstol(size.c_str(), &rest, 10);
+    if (!GoodSize(width) || *rest != L'x') return false;
+    wchar_t* end = nullptr;
+    long height = wcstol(rest + 1, &end, 10);
+    if (!GoodSize(height) || *end) return false;
+    columns = int(width);
+    rows = int(height);
+    return true;
 }
 
 } // namespace
@@ -110,18 +128,29 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int)
     SetStdHandle(STD_INPUT_HANDLE, nullptr);
     SetStdHandle(STD_OUTPUT_HANDLE, nullptr);
     SetStdHandle(STD_ERROR_HANDLE, nullptr);
+    // With the shell named and the size known, the program's console starts
+    // before the loader's own window is made: both take a while, and they
+    // need not take turns (the window system is loaded only for the window).
+    // What the program writes meanwhile waits for the banner.
+    ConsoleChild child;
+    bool pipesOnly = GetEnvironmentVariableW(L"OMLD32_PIPES", nullptr, 0) != 0;
+    int columns = kDefaultColumns, rows = kDefaultRows;
+    bool sized = !Variable(L"=hwnd").empty() && SizeFromShell(columns, rows);
+    bool started = sized && child.Start(BesideLoader(L"oms32.exe"), columns, rows, pipesOnly);
     if (ExcOpen() != 0) {
+        // Only a shell that went away in this moment: the program has no screen.
         log.Line(L"no shell window in =hwnd");
+        child.Stop();
         return int(kHelperCannotStart);
     }
     log.Line(L"run " + Variable(L"=run"));
     if (banner) ExcWriteLine(kBanner);
-    int columns = ScreenSize(kScreenColumns, kDefaultColumns);
-    int rows = ScreenSize(kScreenRows, kDefaultRows);
-
-    ConsoleChild child;
-    bool pipesOnly = GetEnvironmentVariableW(L"OMLD32_PIPES", nullptr, 0) != 0;
-    if (!child.Start(BesideLoader(L"oms32.exe"), columns, rows, pipesOnly)) {
+    if (!sized) {
+        columns = ScreenSize(kScreenColumns, kDefaultColumns);
+        rows = ScreenSize(kScreenRows, kDefaultRows);
+        started = child.Start(BesideLoader(L"oms32.exe"), columns, rows, pipesOnly);
+    }
+    if (!started) {
         log.Line(L"cannot start oms32.exe");
         ExcClose();
         return int(kHelperCannotStart);

@@ -8,6 +8,7 @@
 #include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/redirect.h"
+#include "screen/screen_geometry.h"
 #include "screen/screen_store.h"
 
 namespace {
@@ -41,11 +42,16 @@ bool SetCaptureVariables()
     return !TheCaptureSettings.Console || SetRunVariable(L"=open", L"1");
 }
 
-// The loader learns from these whether to show its banner and to log.
+// The loader learns from these whether to show its banner and to log, and
+// the screen's size, so that the program's console can start at once.
 bool SetLoaderVariables()
 {
+    wchar_t columns[16], rows[16];
+    ui64tow_ex(unsigned(ScreenWidth), columns, 10);
+    ui64tow_ex(unsigned(ScreenHeight), rows, 10);
+    std::wstring size = std::wstring(columns) + L"x" + rows;
     return SetRunVariable(L"=cpyr", TheCaptureSettings.Copyright ? L"1" : L"0") &&
-           SetRunVariable(L"=logg", TheCaptureSettings.Logging ? L"1" : L"0");
+           SetRunVariable(L"=logg", TheCaptureSettings.Logging ? L"1" : L"0") && SetRunVariable(L"=size", size.c_str());
 }
 
 constexpr int kConsoleKind = 2;

@@ -2,8 +2,8 @@
 
 namespace {
 
-const wchar_t* const kRunVariables[] = {L"=hwnd", L"=open", L"=cmd",     L"=run", L"=logg", L"=cpyr",
-                                        L"=imgbase", L"=>>", L"=>", L"=<", L"=cp"};
+const wchar_t* const kRunVariables[] = {L"=hwnd", L"=open", L"=cmd", L"=run", L"=logg", L"=cpyr",
+                                        L"=imgbase", L"=>>", L"=>", L"=<", L"=cp", L"=size"};
 
 HANDLE OpenInherited(const std::wstring& name, DWORD access, DWORD disposition)
 {
