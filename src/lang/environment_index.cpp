@@ -35,16 +35,23 @@ using Pending = std::unordered_map<std::wstring, PendingChange>;
 // them in holds at most 32,767 characters.
 constexpr size_t kMaxSetting = 32767;
 
-// The key of a name: upper case, as the process compares names.
-void MakeKey(const wchar_t* name, std::wstring& key)
+// Upper case, as the process compares names: by the invariant table, which
+// the plain letters need no call for.
+void UpperKey(std::wstring& key)
 {
-    key.assign(name);
     bool plain = true;
     for (wchar_t& unit : key) {
         if (unit >= L'a' && unit <= L'z') unit = wchar_t(unit - L'a' + L'A');
         else if (unit >= 0x80) plain = false;
     }
-    if (!plain) CharUpperBuffW(key.data(), DWORD(key.size()));
+    if (!plain) LCMapStringW(LOCALE_INVARIANT, LCMAP_UPPERCASE, key.data(), int(key.size()), key.data(), int(key.size()));
+}
+
+// The key of a name.
+void MakeKey(const wchar_t* name, std::wstring& key)
+{
+    key.assign(name);
+    UpperKey(key);
 }
 
 Index& TheIndex()
@@ -60,7 +67,7 @@ Index& TheIndex()
         while (*equals && *equals != L'=') ++equals;
         if (*p == L'=' || !*equals) continue;
         key.assign(p, equals);
-        CharUpperBuffW(key.data(), DWORD(key.size()));
+        UpperKey(key);
         index->emplace(key, std::wstring(equals + 1));
     }
     FreeEnvironmentStringsW(block);

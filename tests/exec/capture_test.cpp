@@ -56,12 +56,20 @@ TEST(Capture, TheLoaderShowsTheProgramAndTypesToIt)
     } routes[] = {
         {nullptr, L"plain\nred   moved\nred   moved!\nname? Bob\nhello Bob\n",
          L"one\ngot: one\ntwo\ngot: two\n^Z\nlines: 2\n"},
-        {L"1", L"Bob\nplain\nred   moved!\nname? hello Bob\n", L"one\ntwo\ngot: one\ngot: two\nlines: 2\n"},
+        {L"1", L"plain\nred   moved!\nname? hello Bob\n", L"one\ntwo\ngot: one\ngot: two\nlines: 2\n"},
     };
     for (const Route& route : routes) {
         SetEnvironmentVariableW(L"OMLD32_PIPES", route.pipes);
         OmbcResult run = RunOmbc(L"/C \"" + InBin(L"paint_ask.exe") + L"\"", "Bob\n");
-        EXPECT_EQ(JoinLines(run.Output), route.painted);
+        std::wstring painted = JoinLines(run.Output);
+        // On pipes the typed line shows when it arrives, which may be before
+        // or after the program's first lines.
+        if (route.pipes) {
+            size_t echo = painted.find(L"Bob\n");
+            ASSERT_NE(echo, std::wstring::npos) << painted;
+            painted.erase(echo, 4);
+        }
+        EXPECT_EQ(painted, route.painted);
         EXPECT_EQ(run.ExitCode, 3);
         // The end of the shell's input is the end of the program's.
         run = RunOmbc(L"/C \"" + InBin(L"echo_in.exe") + L"\"", "one\ntwo\n");
@@ -122,7 +130,9 @@ TEST(Capture, TheHelperFollowsTheSettingsAndTheList)
         std::wstring helper = ChooseHelper(c.program->c_str(), c.kind, c.noWait);
         EXPECT_EQ(NamesLoader(helper), c.loader) << c.capture << c.emulator << c.kind << c.noWait;
         EXPECT_EQ(CaptureApplies(c.program->c_str(), c.kind), c.captured) << c.capture << c.emulator << c.kind;
-        if (!c.loader) EXPECT_EQ(helper, InBin(L"oms32.exe"));
+        if (!c.loader) {
+            EXPECT_EQ(helper, InBin(L"oms32.exe"));
+        }
     }
     TheCaptureSettings = saved;
 }
