@@ -2,12 +2,10 @@
 // appears in its cells in its colour, the BackGrd colour fills the rest, and
 // the window's size follows the cells of the measured font. The pixels are
 // read back from the window itself.
-#include "app/globals.h"
-#include "app/main_window.h"
-#include "app/window_host.h"
 #include "screen/colours.h"
 #include "screen/render_window.h"
 #include "screen/screen_store.h"
+#include "window_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -69,29 +67,18 @@ private:
     std::vector<COLORREF> pixels_;
 };
 
-class RenderWindowTest : public testing::Test {
+class RenderWindowTest : public MainWindowTest {
 protected:
-    WindowHost host;
-    ShellHost* savedHost = nullptr;
-    bool registered = false;
     uint8_t savedItems[kItemCount] = {};
 
     void SetUp() override
     {
-        savedHost = Host;
         std::copy(std::begin(ItemColour), std::end(ItemColour), std::begin(savedItems));
         std::copy(std::begin(PaletteDefault), std::end(PaletteDefault), std::begin(Palette));
-        HINSTANCE instance = GetModuleHandleW(nullptr);
-        WNDCLASSW known;
-        registered = !GetClassInfoW(instance, L"Ombrel", &known);
-        if (registered) {
-            ASSERT_TRUE(RegisterWindowClasses(instance));
-        }
         ScreenWidth = 80;
         ScreenHeight = 24;
-        MainWindow = CreateMainWindow(instance);
-        ASSERT_NE(MainWindow, nullptr);
-        host.Install();
+        MainWindowTest::SetUp();
+        if (HasFatalFailure()) return;
         ShowWindow(MainWindow, SW_SHOWNORMAL);
         CommandRunning = 1;
         Pump();
@@ -103,23 +90,9 @@ protected:
     {
         std::copy(std::begin(savedItems), std::end(savedItems), std::begin(ItemColour));
         CommandRunning = 0;
-        DestroyWindow(MainWindow);
-        MainWindow = nullptr;
-        Pump();
-        if (registered)
-            for (const wchar_t* name : {L"Ombrel", L"OmbrelDialog", L"OmbrelShadowDialog"})
-                UnregisterClassW(name, GetModuleHandleW(nullptr));
-        Host = savedHost;
+        MainWindowTest::TearDown();
     }
 
-    static void Pump()
-    {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-    }
     // Text through the writer in a palette foreground on a palette background.
     static void WriteAt(int x, int y, uint8_t fore, uint8_t back, const wchar_t* text)
     {
