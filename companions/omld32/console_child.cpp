@@ -1,5 +1,7 @@
 #include "console_child.h"
 
+#include "exec/start_process.h"
+
 #include <vector>
 
 namespace {
@@ -147,8 +149,8 @@ bool ConsoleChild::StartHelper(const std::wstring& helper, STARTUPINFOW& startup
 {
     std::wstring line = L"\"" + helper + L"\"";
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(helper.c_str(), line.data(), nullptr, nullptr, inherit ? TRUE : FALSE,
-                        flags | CREATE_SUSPENDED, nullptr, nullptr, &startup, &info))
+    if (!StartProcess(helper.c_str(), line.data(), inherit ? TRUE : FALSE, flags | CREATE_SUSPENDED, nullptr, &startup,
+                      &info))
         return false;
     // The helper and everything it starts live in a job, so that a program
     // that does not end on Ctrl-C can be stopped, and none outlives the loader.

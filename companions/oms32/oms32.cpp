@@ -11,6 +11,7 @@
 // the helper then hands the program its console's own input and output.
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
+#include "exec/start_process.h"
 
 #include <windows.h>
 
@@ -93,8 +94,7 @@ int wmain()
     startup.hStdError = InheritableStandard(STD_ERROR_HANDLE);
     if (commandLine.empty()) commandLine = L"\"" + program + L"\"";
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                        &info))
+    if (!StartProcess(program.c_str(), commandLine.data(), TRUE, 0, nullptr, &startup, &info))
         return int(kHelperCannotStart);
     CloseHandle(info.hThread);
     // Our copies of the files close now, so the program's handles are the last.

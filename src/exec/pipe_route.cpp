@@ -9,6 +9,7 @@
 #include "app/window_host.h"
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
+#include "exec/start_process.h"
 #include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/shell_command.h"
@@ -191,8 +192,7 @@ bool PipeRun::Start(const wchar_t* program, const wchar_t* commandLine)
     startup.dwFlags |= STARTF_USESTDHANDLES | STARTF_USESHOWWINDOW;
     startup.wShowWindow = SW_HIDE;
     std::wstring line = commandLine;
-    if (!CreateProcessW(program, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr, nullptr,
-                        &startup, &info_)) {
+    if (!StartProcess(program, line.data(), TRUE, CREATE_NEW_PROCESS_GROUP, nullptr, &startup, &info_)) {
         ReportId(8);
         ErrorLevel = 1;
         return false;

@@ -4,6 +4,7 @@
 #include "app/host.h"
 #include "app/profile/profile.h"
 #include "exec/program_keys.h"
+#include "exec/start_process.h"
 #include "exec/system_call_server.h"
 #include "exec/task_list.h"
 #include "lang/shell_command.h"
@@ -105,8 +106,8 @@ void StartAndWait(RunState& state, const ProcessStart& start)
     state.Startup.wShowWindow = WORD(start.Show);
     bool separate = start.SeparateVdm || ProfileReadInt(L"Ombrel", L"VDM", 0);
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(start.Program.c_str(), commandLine.data(), nullptr, nullptr, TRUE,
-                        separate ? CREATE_SEPARATE_WOW_VDM : 0, nullptr, nullptr, &state.Startup, &info)) {
+    if (!StartProcess(start.Program.c_str(), commandLine.data(), TRUE, separate ? CREATE_SEPARATE_WOW_VDM : 0, nullptr,
+                      &state.Startup, &info)) {
         ReportId(8);
         ErrorLevel = 1;
         return;

@@ -2,6 +2,7 @@
 
 #include "app/toolkit/handles.h"
 #include "app/toolkit/omdib.h"
+#include "exec/start_process.h"
 
 #include <windows.h>
 
@@ -36,15 +37,9 @@ OmbcResult RunOmbcIn(const std::wstring& folder, const std::wstring& arguments, 
     std::vector<wchar_t> writable(commandLine.begin(), commandLine.end());
     writable.push_back(0);
     PROCESS_INFORMATION process{};
-    // Wine's process creation fails now and then on a loaded machine
-    // (ERROR_INTERNAL_ERROR), before ombc.exe runs at all: a start is tried
-    // again rather than read as a test of the shell.
-    constexpr int kStartAttempts = 3;
-    bool started = false;
-    for (int attempt = 0; attempt < kStartAttempts && !started; ++attempt)
-        started = CreateProcessW(nullptr, writable.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                                 folder.empty() ? nullptr : folder.c_str(), &startup, &process) != 0;
-    if (!started) return result;
+    if (!StartProcess(nullptr, writable.data(), TRUE, CREATE_NO_WINDOW, folder.empty() ? nullptr : folder.c_str(),
+                      &startup, &process))
+        return result;
     UniqueHandle processOwner(process.hProcess), threadOwner(process.hThread);
     outWriteOwner.reset();
     inReadOwner.reset();
