@@ -42,6 +42,9 @@ TEST(EnvironmentIndex, ASyncLeavesTheBlockAsWritingThroughWould)
         {L"ZULU", nullptr, false}, {L"YANK", L"y", false},   {L"ZULU", L"back", false}, {L"mike", nullptr, false},
         {L"Old", L"new", false},   {L"OLD", L"newer", true}, {L"alpha", nullptr, false}, {L"ALPHA", L"again", false},
         {L"KILO", L"k", false},    {L"kilo", nullptr, false}, {L"Kilo", L"k2", false},   {L"ZULU", L"z", true},
+        // Letters beyond ASCII compare case-blind too.
+        {L"\u00E4PFEL", L"1", false}, {L"\u00C4PFEL", L"2", false}, {L"\u03C3IGMA", L"s", false},
+        {L"\u03A3IGMA", nullptr, false}, {L"\u00C4pfel", L"3", true},
     };
     const std::wstring lazy = L"OMBI_LAZY_", direct = L"OMBI_DIRECT_";
     ASSERT_TRUE(SetVariable((lazy + L"OLD").c_str(), L"0"));
