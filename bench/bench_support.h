@@ -5,6 +5,7 @@
 #include "app/globals.h"
 #include "app/main_window.h"
 #include "app/window_host.h"
+#include "lang/shell_command.h"
 
 #include <windows.h>
 
@@ -24,6 +25,20 @@ inline double Seconds(LARGE_INTEGER start, LARGE_INTEGER end)
     LARGE_INTEGER frequency;
     QueryPerformanceFrequency(&frequency);
     return double(end.QuadPart - start.QuadPart) / double(frequency.QuadPart);
+}
+
+// flood.exe writing megabytes of text lines, run by this process's shell as
+// a typed command would be (capture as the settings say); seconds taken.
+inline double TimeFlood(int megabytes)
+{
+    std::wstring line = L"\"" + ProgramFolder() + L"flood.exe\" mb " + std::to_wstring(megabytes);
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    CommandRunning = 1;
+    TheShell.RunLine(line.c_str());
+    CommandRunning = 0;
+    QueryPerformanceCounter(&end);
+    return Seconds(start, end);
 }
 
 // Runs a command line with its output discarded and empty input; seconds

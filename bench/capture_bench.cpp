@@ -19,14 +19,7 @@ namespace {
 
 void Throughput(const char* route, int megabytes)
 {
-    std::wstring line = L"\"" + ProgramFolder() + L"flood.exe\" mb " + std::to_wstring(megabytes);
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    CommandRunning = 1;
-    TheShell.RunLine(line.c_str());
-    CommandRunning = 0;
-    QueryPerformanceCounter(&end);
-    double seconds = Seconds(start, end);
+    double seconds = TimeFlood(megabytes);
     std::printf("%-28s %10.3f s  %8.1f MB/s (exit code %d)\n", route, seconds, seconds > 0 ? megabytes / seconds : 0.0,
                 int(ErrorLevel));
 }
