@@ -41,16 +41,20 @@ inline double TimeFlood(int megabytes)
     return Seconds(start, end);
 }
 
-// Runs a command line with its output discarded and empty input; seconds
-// taken, or -1.
-inline double TimeRun(std::wstring commandLine)
+// Where a timed run's standard handles go: to NUL (output discarded, input
+// empty), or to a console of its own with no window, as at a command prompt.
+enum class Where { Nul, Console };
+
+// Runs a command line with its standard handles as where says; seconds taken,
+// or -1.
+inline double TimeRun(std::wstring commandLine, Where where = Where::Nul)
 {
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     HANDLE nul = CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
                              OPEN_EXISTING, 0, nullptr);
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.dwFlags = where == Where::Nul ? STARTF_USESTDHANDLES : 0;
     startup.hStdOutput = nul;
     startup.hStdError = nul;
     startup.hStdInput = nul;

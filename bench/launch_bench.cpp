@@ -1,10 +1,12 @@
 // Program starts and the pipe route, each over several rounds; every figure
 // is the median of the rounds with the fastest and slowest beside it, since a
 // single run on a busy machine says little.
-//   1. A batch file that starts a trivial console program N times, on the
-//      loader route and on the pipe route, run by
+//   1. A batch file that starts a trivial console program N times, run by
 //      ombc.exe and by the system's command processor, alternately, so both
 //      see the same load; the ratio is the median of the rounds' ratios.
+//      Both shells run in a console of their own (the programs share it),
+//      then with their output to NUL, where ombc.exe captures the programs,
+//      on the loader route and on the pipe route.
 //   2. A program writing M megabytes of text lines through the pipe route into
 //      the screen store, in MB/s, beside the same lines written to the screen
 //      store directly (the ceiling the route can reach), and in the window
@@ -58,7 +60,7 @@ void PrintRounds(const char* name, const Rounds& r, double work, const char* uni
                 median > 0 ? work / median : 0.0, unit);
 }
 
-void StartsFromBatch(int starts, int rounds, const char* route)
+void StartsFromBatch(int starts, int rounds, const char* route, Where where = Where::Nul)
 {
     wchar_t here[MAX_PATH];
     GetCurrentDirectoryW(MAX_PATH, here);
@@ -73,8 +75,8 @@ void StartsFromBatch(int starts, int rounds, const char* route)
     bool cmdMissing = false;
     for (int round = 0; round < rounds; ++round) {
         // Alternate who goes first, so neither always meets a colder cache.
-        double first = TimeRun(round % 2 ? cmdLine : ombcLine);
-        double second = TimeRun(round % 2 ? ombcLine : cmdLine);
+        double first = TimeRun(round % 2 ? cmdLine : ombcLine, where);
+        double second = TimeRun(round % 2 ? ombcLine : cmdLine, where);
         double o = round % 2 ? second : first, c = round % 2 ? first : second;
         ombc.seconds.push_back(o);
         if (c < 0) cmdMissing = true;
@@ -155,13 +157,16 @@ int main(int argc, char** argv)
     int megabytes = argc > 2 ? std::atoi(argv[2]) : 100;
     int rounds = argc > 3 ? std::atoi(argv[3]) : 5;
     if (rounds < 1) rounds = 1;
-    // Console programs go to the loader by default (one pseudo console and
-    // two more processes for each start); the pipe route starts only the
-    // program. The ombc.exe started here reads the same settings store.
-    if (starts > 0) StartsFromBatch(starts, rounds, "loader route (the default)");
+    // At a console ombc.exe lends it to the programs, as cmd.exe does. With
+    // its output going elsewhere, console programs go to the loader by
+    // default (one pseudo console and two more processes for each start); the
+    // pipe route starts only the program. The ombc.exe started here reads the
+    // same settings store.
+    if (starts > 0) StartsFromBatch(starts, rounds, "both in a console of their own", Where::Console);
+    if (starts > 0) StartsFromBatch(starts, rounds, "output to NUL, loader route (the default)");
     ProfileWriteInt(L"Ombrel", L"Emulator", 0);
     TheCaptureSettings.Emulator = 0;
-    if (starts > 0) StartsFromBatch(starts, rounds, "pipe route (Emulator=0)");
+    if (starts > 0) StartsFromBatch(starts, rounds, "output to NUL, pipe route (Emulator=0)");
     if (megabytes > 0) PipeThroughput(megabytes, rounds);
     if (megabytes > 0) WindowThroughput(megabytes, rounds);
     ProfileWriteString(L"Ombrel", L"Emulator", nullptr);

@@ -64,6 +64,26 @@ void ConsoleHost::Emit(const std::wstring& line)
     if (utf8) WriteFile(output_, utf8, DWORD(lstrlenA(utf8)), &written, nullptr);
 }
 
+// At a console a program gets the console itself, as under any console
+// shell: its colours, cursor moves and line input work as they should, and
+// nothing stands between it and the console. Lines piped in as the shell's
+// own commands are not the program's to read, so then it is captured.
+bool ConsoleHost::LendsConsole() const
+{
+    return IsConsole(output_, consoleOutput_) && (!inputIsCommands_ || Interactive());
+}
+
+void ConsoleHost::LendConsole()
+{
+    if (TheScreen.CursorX == 0) return;
+    std::wstring row = TheScreen.RowText(TheScreen.CursorY);
+    DWORD written;
+    WriteConsoleW(output_, row.c_str(), DWORD(row.size()), &written, nullptr);
+    // The console shows the row now; the store moves on without sending it.
+    skipNextLine_ = true;
+    TheScreen.LineFeed();
+}
+
 void ConsoleHost::LineCompleted(int y)
 {
     if (skipNextLine_) {

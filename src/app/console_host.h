@@ -56,6 +56,8 @@ public:
     InputEvent NextInput(InputWait wait) override;
     wchar_t PeekKey() override;
     bool TerminalEchoes() const override { return true; }
+    bool LendsConsole() const override;
+    void LendConsole() override;
     void LineCompleted(int y) override;
 
 private:

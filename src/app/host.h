@@ -63,6 +63,12 @@ public:
     // Whether lines typed while a console program runs go to its input; when
     // not, the program's input ends at once.
     virtual bool TypesToPrograms() const { return false; }
+    // Whether console programs run in the shell's own console, as they would
+    // under a console shell, instead of being captured: ombc.exe at a console.
+    virtual bool LendsConsole() const { return false; }
+    // Before a program writes to the lent console: the row being built is
+    // shown there, so the program's text follows it.
+    virtual void LendConsole() {}
     // Dropped files are taken only while the editor waits at the prompt.
     virtual void AcceptDrops(bool accept) {}
 };

@@ -1,6 +1,7 @@
 #include "exec/launch_prepare.h"
 
 #include "app/globals.h"
+#include "app/host.h"
 #include "exec/capture_list.h"
 #include "exec/capture_settings.h"
 #include "exec/program_search.h"
@@ -56,10 +57,14 @@ bool SetLoaderVariables()
 
 constexpr int kConsoleKind = 2;
 
+// Capture keeps a program's console in the shell's screen; a shell that
+// lends its own console to the program has nothing to capture.
+bool CaptureAvailable() { return !Host->LendsConsole(); }
+
 bool UsesLoader(const wchar_t* program, int kind, bool noWait)
 {
     const CaptureSettings& settings = TheCaptureSettings;
-    return settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
+    return CaptureAvailable() && settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
 }
 
 // A console program's console starts in the shell's code page, as it would
@@ -93,7 +98,7 @@ std::wstring ChooseHelper(const wchar_t* program, int kind, bool noWait)
 bool CaptureApplies(const wchar_t* program, int kind)
 {
     const CaptureSettings& settings = TheCaptureSettings;
-    if (!settings.Capture || kind <= 0 || InCaptureList(program)) return false;
+    if (!CaptureAvailable() || !settings.Capture || kind <= 0 || InCaptureList(program)) return false;
     return kind == kConsoleKind || !settings.Emulator;
 }
 

@@ -135,7 +135,8 @@ void StartAndWait(RunState& state, const ProcessStart& start)
         return;
     }
     FinishProcess(info);
-    if (state.Mode != 0 && DWORD(ErrorLevel) == kHelperCannotStart) {
+    bool throughHelper = state.Mode != 0 && start.Program != start.Shown;
+    if (throughHelper && DWORD(ErrorLevel) == kHelperCannotStart) {
         ReportId(8);
         ErrorLevel = 1;
     }

@@ -2,9 +2,11 @@
 
 #include "app/errors.h"
 #include "app/globals.h"
+#include "app/host.h"
 #include "app/toolkit/omdib.h"
 #include "exec/associations.h"
 #include "exec/launch_prepare.h"
+#include "exec/lent_console.h"
 #include "exec/loader_route.h"
 #include "exec/pipe_route.h"
 #include "exec/process_wait.h"
@@ -128,11 +130,13 @@ void StartPlanned(StartPlan& plan, RunState& state, const LaunchOptions& options
         RunOnPipes(state, plan.Program.c_str(), line.c_str(), options);
         return;
     }
-    std::wstring program = state.Mode != 0 ? state.Helper : plan.Program;
+    bool lent = state.Mode != 0 && !options.NoWait && Host->LendsConsole();
+    std::wstring program = state.Mode != 0 && !lent ? state.Helper : plan.Program;
     ProcessStart start{program, line, plan.Program, options.Show, options.NoWait, options.SeparateVdm};
     start.Kind = plan.MayBackground ? state.Kind : -1;
     start.MayBackground = plan.MayBackground && state.Mode != 1;
-    StartAndWait(state, start);
+    if (lent) RunInLentConsole(state, start);
+    else StartAndWait(state, start);
 }
 
 } // namespace

@@ -87,6 +87,23 @@ TEST(Capture, TheLoaderShowsTheProgramAndTypesToIt)
     EXPECT_EQ(f.ReadBytes(L"out.txt"), "got: x\r\ngot: y\r\ngot: z\r\nlines: 3\r\n");
 }
 
+// ombc.exe at a console lends it to the programs it runs, as a console shell
+// does: they paint and read there themselves, with no loader of their own
+// (whose banner would show again), and redirections still reach them.
+TEST(Capture, OmbcAtAConsoleLendsItToItsPrograms)
+{
+    OmbrelSetting banner(L"Copyright", 1);
+    TempFolder f;
+    f.WriteBytes(L"lent.bat", "@echo off\r\necho before\r\n\"" + Narrow(InBin(L"paint_ask.exe")) +
+                                  "\"\r\necho el=%errorlevel%\r\n\"" + Narrow(InBin(L"say_args.exe")) +
+                                  "\" a \"b c\" > said.txt\r\necho el=%errorlevel%\r\n");
+    OmbcResult lent = RunOmbcIn(f.Path(), L"/C \"" + InBin(L"ombc.exe") + L"\" /C lent.bat", "Bob\n");
+    EXPECT_EQ(JoinLines(lent.Output), L"OMLD32 console loader for Ombrel\nbefore\nplain\nred   moved\nred   "
+                                      L"moved!\nname? Bob\nhello Bob\nel=3\nel=0\n");
+    EXPECT_EQ(lent.ExitCode, 0);
+    EXPECT_NE(f.ReadBytes(L"said.txt").find("[a]\r\n[b c]\r\n"), std::string::npos);
+}
+
 TEST(Capture, BannerLogAndScratchFile)
 {
     OmbrelSetting logging(L"Logging", 1);

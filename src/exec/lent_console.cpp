@@ -1,0 +1,51 @@
+#include "exec/lent_console.h"
+
+#include "app/errors.h"
+#include "app/host.h"
+#include "app/toolkit/omdib.h"
+#include "exec/run_handover.h"
+#include "lang/shell_command.h"
+
+namespace {
+
+HANDLE InheritableStandard(DWORD which)
+{
+    HANDLE h = GetStdHandle(which);
+    if (h && h != INVALID_HANDLE_VALUE) SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    return h;
+}
+
+// A page that chcp chose becomes the console's, as under the helper. The
+// shell's default (the OEM page) leaves the console's own page alone, so a
+// console the user had set to another page keeps it.
+void UseChosenCodePage()
+{
+    constexpr int kLastSymbolicPage = 2;
+    if (ActiveCodePage <= kLastSymbolicPage) return;
+    UINT page = UINT(ActiveCodePage);
+    if (GetConsoleOutputCP() != page) SetConsoleOutputCP(page);
+    if (GetConsoleCP() != page) SetConsoleCP(page);
+}
+
+} // namespace
+
+void RunInLentConsole(RunState& state, const ProcessStart& start)
+{
+    HandedFiles files;
+    bool opened = files.Open();
+    // The program keeps only the shell's window, as on every other route.
+    RemoveRunVariables(KeepCallWindow::Yes);
+    if (!opened) {
+        ReportId(35);
+        ErrorLevel = 1;
+        return;
+    }
+    UseChosenCodePage();
+    Host->LendConsole();
+    STARTUPINFOW& startup = state.Startup;
+    startup.dwFlags |= STARTF_USESTDHANDLES;
+    startup.hStdInput = files.Input ? files.Input : InheritableStandard(STD_INPUT_HANDLE);
+    startup.hStdOutput = files.Output ? files.Output : InheritableStandard(STD_OUTPUT_HANDLE);
+    startup.hStdError = InheritableStandard(STD_ERROR_HANDLE);
+    StartAndWait(state, start);
+}
