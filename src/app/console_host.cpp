@@ -73,8 +73,13 @@ bool ConsoleHost::LendsConsole() const
     return IsConsole(output_, consoleOutput_) && (!inputIsCommands_ || Interactive());
 }
 
+// A program may leave the console raw or its output in another mode, as a
+// full-screen program ended halfway does: the shell takes back the modes it
+// lent, so its own line input still works.
 void ConsoleHost::LendConsole()
 {
+    inputModeKept_ = Interactive() && GetConsoleMode(input_, &lentInputMode_);
+    outputModeKept_ = GetConsoleMode(output_, &lentOutputMode_) != 0;
     if (TheScreen.CursorX == 0) return;
     std::wstring row = TheScreen.RowText(TheScreen.CursorY);
     DWORD written;
@@ -82,6 +87,15 @@ void ConsoleHost::LendConsole()
     // The console shows the row now; the store moves on without sending it.
     skipNextLine_ = true;
     TheScreen.LineFeed();
+}
+
+void ConsoleHost::TakeConsoleBack()
+{
+    DWORD mode;
+    if (inputModeKept_ && GetConsoleMode(input_, &mode) && mode != lentInputMode_)
+        SetConsoleMode(input_, lentInputMode_);
+    if (outputModeKept_ && GetConsoleMode(output_, &mode) && mode != lentOutputMode_)
+        SetConsoleMode(output_, lentOutputMode_);
 }
 
 void ConsoleHost::LineCompleted(int y)

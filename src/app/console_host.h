@@ -58,6 +58,7 @@ public:
     bool TerminalEchoes() const override { return true; }
     bool LendsConsole() const override;
     void LendConsole() override;
+    void TakeConsoleBack() override;
     void LineCompleted(int y) override;
 
 private:
@@ -81,6 +82,9 @@ private:
     mutable signed char interactive_ = -1;
     mutable signed char consoleOutput_ = -1;
     unsigned long inputType_ = 0; // FILE_TYPE_* of standard input
+    // The console's modes while a program has it; kept only when known.
+    unsigned long lentInputMode_ = 0, lentOutputMode_ = 0;
+    bool inputModeKept_ = false, outputModeKept_ = false;
     bool exitRequested_ = false;
     bool inputIsCommands_ = true;
     bool inputEnded_ = false;

@@ -69,6 +69,8 @@ public:
     // Before a program writes to the lent console: the row being built is
     // shown there, so the program's text follows it.
     virtual void LendConsole() {}
+    // After it: the console's modes are the shell's again.
+    virtual void TakeConsoleBack() {}
     // Dropped files are taken only while the editor waits at the prompt.
     virtual void AcceptDrops(bool accept) {}
 };

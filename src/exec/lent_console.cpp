@@ -48,4 +48,5 @@ void RunInLentConsole(RunState& state, const ProcessStart& start)
     startup.hStdOutput = files.Output ? files.Output : InheritableStandard(STD_OUTPUT_HANDLE);
     startup.hStdError = InheritableStandard(STD_ERROR_HANDLE);
     StartAndWait(state, start);
+    Host->TakeConsoleBack();
 }

@@ -102,6 +102,12 @@ TEST(Capture, OmbcAtAConsoleLendsItToItsPrograms)
                                       L"moved!\nname? Bob\nhello Bob\nel=3\nel=0\n");
     EXPECT_EQ(lent.ExitCode, 0);
     EXPECT_NE(f.ReadBytes(L"said.txt").find("[a]\r\n[b c]\r\n"), std::string::npos);
+    // A program that leaves the console raw does not take the shell's line
+    // input with it: the typed line is echoed and read whole.
+    f.WriteBytes(L"raw.bat",
+                 "@echo off\r\n\"" + Narrow(InBin(L"raw_input.exe")) + "\"\r\ngetstr\r\necho [%getstr%]\r\n");
+    lent = RunOmbcIn(f.Path(), L"/C \"" + InBin(L"ombc.exe") + L"\" /C raw.bat", "Ann Lee\n");
+    EXPECT_EQ(JoinLines(lent.Output), L"OMLD32 console loader for Ombrel\nAnn Lee\n[Ann Lee]\n");
 }
 
 TEST(Capture, BannerLogAndScratchFile)
