@@ -1,5 +1,6 @@
 #include "exec/launch_prepare.h"
 
+#include "app/errors.h"
 #include "app/globals.h"
 #include "app/host.h"
 #include "exec/capture_list.h"
@@ -9,6 +10,7 @@
 #include "exec/system_call_server.h"
 #include "input/editor.h"
 #include "lang/redirect.h"
+#include "lang/shell_command.h"
 #include "screen/screen_geometry.h"
 #include "screen/screen_store.h"
 
@@ -119,6 +121,18 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
     state.Helper = ChooseHelper(program, state.Kind, noWait);
     if (NamesLoader(state.Helper) && !SetLoaderVariables()) return -1;
     return state.Mode;
+}
+
+bool TakeHandOver(HandedFiles& files)
+{
+    bool opened = files.Open();
+    // The program must not see the shell's messages to its helpers; the
+    // window stays named, so a program that talks to the shell finds it.
+    RemoveRunVariables(KeepCallWindow::Yes);
+    if (opened) return true;
+    ReportId(35);
+    ErrorLevel = 1;
+    return false;
 }
 
 void UndoRun(RunState& state)

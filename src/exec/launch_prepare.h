@@ -10,6 +10,7 @@
 // process start.
 #pragma once
 
+#include "exec/run_handover.h"
 #include "exec/run_state.h"
 
 // Prepares the start of program with its whole command line: hands the
@@ -19,6 +20,12 @@ int PrepareRun(RunState& state, const wchar_t* program, const wchar_t* commandLi
 // Removes every variable a preparation may have set and gives the shell its
 // redirected output back, positioned behind what the program wrote.
 void UndoRun(RunState& state);
+
+// The shell's own part of a helper's hand-over, where the shell starts the
+// program itself: opens the run's redirections into files and takes the run
+// variables away, all but the call window. On failure message 35 and
+// ErrorLevel 1, and false.
+bool TakeHandOver(HandedFiles& files);
 
 // The console loader's file name; a helper path that holds it takes the
 // loader route.

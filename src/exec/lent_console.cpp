@@ -1,10 +1,8 @@
 #include "exec/lent_console.h"
 
-#include "app/errors.h"
 #include "app/host.h"
 #include "app/toolkit/omdib.h"
-#include "exec/run_handover.h"
-#include "lang/shell_command.h"
+#include "exec/launch_prepare.h"
 
 namespace {
 
@@ -32,14 +30,7 @@ void UseChosenCodePage()
 void RunInLentConsole(RunState& state, const ProcessStart& start)
 {
     HandedFiles files;
-    bool opened = files.Open();
-    // The program keeps only the shell's window, as on every other route.
-    RemoveRunVariables(KeepCallWindow::Yes);
-    if (!opened) {
-        ReportId(35);
-        ErrorLevel = 1;
-        return;
-    }
+    if (!TakeHandOver(files)) return;
     UseChosenCodePage();
     Host->LendConsole();
     STARTUPINFOW& startup = state.Startup;

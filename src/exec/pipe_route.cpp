@@ -7,6 +7,7 @@
 #include "app/toolkit/omdib.h"
 #include "app/toolkit/whole_characters.h"
 #include "app/window_host.h"
+#include "exec/launch_prepare.h"
 #include "exec/process_wait.h"
 #include "exec/run_handover.h"
 #include "exec/start_process.h"
@@ -176,15 +177,7 @@ bool PipeRun::CreatePipes()
 bool PipeRun::Start(const wchar_t* program, const wchar_t* commandLine)
 {
     HandedFiles files;
-    bool opened = files.Open();
-    // The program must not see the shell's messages to its helpers; the
-    // window stays named, so a program that talks to the shell finds it.
-    RemoveRunVariables(KeepCallWindow::Yes);
-    if (!opened) {
-        ReportId(35);
-        ErrorLevel = 1;
-        return false;
-    }
+    if (!TakeHandOver(files)) return false;
     STARTUPINFOW& startup = state_.Startup;
     startup.hStdInput = files.Input ? files.Input : state_.Pipes.ChildReads;
     startup.hStdOutput = files.Output ? files.Output : state_.Pipes.ChildWrites;
