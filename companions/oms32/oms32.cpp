@@ -31,12 +31,10 @@ HANDLE OpenConsoleDevice(DWORD which)
 
 // The standard handle as the program gets it: our own, made inheritable, or
 // the console's when we were given none.
-HANDLE InheritableStandard(DWORD which)
+HANDLE HandedStandard(DWORD which)
 {
-    HANDLE h = GetStdHandle(which);
-    if (h && h != INVALID_HANDLE_VALUE) SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-    else h = OpenConsoleDevice(which);
-    return h;
+    HANDLE h = InheritableStandard(which);
+    return h ? h : OpenConsoleDevice(which);
 }
 
 // Ctrl-C is the program's to take: the helper stays to report its exit code.
@@ -89,9 +87,9 @@ int wmain()
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = files.Input ? files.Input : InheritableStandard(STD_INPUT_HANDLE);
-    startup.hStdOutput = files.Output ? files.Output : InheritableStandard(STD_OUTPUT_HANDLE);
-    startup.hStdError = InheritableStandard(STD_ERROR_HANDLE);
+    startup.hStdInput = files.Input ? files.Input : HandedStandard(STD_INPUT_HANDLE);
+    startup.hStdOutput = files.Output ? files.Output : HandedStandard(STD_OUTPUT_HANDLE);
+    startup.hStdError = HandedStandard(STD_ERROR_HANDLE);
     if (commandLine.empty()) commandLine = L"\"" + program + L"\"";
     PROCESS_INFORMATION info{};
     if (!StartProcess(program.c_str(), commandLine.data(), TRUE, 0, nullptr, &startup, &info))

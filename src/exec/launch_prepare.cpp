@@ -66,7 +66,8 @@ bool CaptureAvailable() { return !Host->LendsConsole(); }
 bool UsesLoader(const wchar_t* program, int kind, bool noWait)
 {
     const CaptureSettings& settings = TheCaptureSettings;
-    return CaptureAvailable() && settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait && !InCaptureList(program);
+    return CaptureAvailable() && settings.Capture && settings.Emulator && kind == kConsoleKind && !noWait &&
+           !InCaptureList(program);
 }
 
 // A console program's console starts in the shell's code page, as it would

@@ -6,13 +6,6 @@
 
 namespace {
 
-HANDLE InheritableStandard(DWORD which)
-{
-    HANDLE h = GetStdHandle(which);
-    if (h && h != INVALID_HANDLE_VALUE) SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-    return h;
-}
-
 // A page that chcp chose becomes the console's, as under the helper. The
 // shell's default (the OEM page) leaves the console's own page alone, so a
 // console the user had set to another page keeps it.

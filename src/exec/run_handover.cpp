@@ -31,6 +31,14 @@ void RemoveRunVariables(KeepCallWindow keep)
         if (keep == KeepCallWindow::No || lstrcmpW(name, L"=hwnd") != 0) SetEnvironmentVariableW(name, nullptr);
 }
 
+HANDLE InheritableStandard(DWORD which)
+{
+    HANDLE h = GetStdHandle(which);
+    if (!h || h == INVALID_HANDLE_VALUE) return nullptr;
+    SetHandleInformation(h, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    return h;
+}
+
 bool HandedFiles::Open()
 {
     std::wstring replace = RunVariable(L"=>");

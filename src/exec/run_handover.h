@@ -16,6 +16,10 @@ std::wstring RunVariable(const wchar_t* name);
 enum class KeepCallWindow { No, Yes };
 void RemoveRunVariables(KeepCallWindow keep = KeepCallWindow::No);
 
+// A standard handle of this process made inheritable, for a program that
+// runs on it; null when there is none.
+HANDLE InheritableStandard(DWORD which);
+
 class HandedFiles {
 public:
     HandedFiles() = default;
